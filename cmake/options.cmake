@@ -1,0 +1,20 @@
+# What every target of ours is built with.
+add_library(oxlade_options INTERFACE)
+target_compile_options(oxlade_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+target_include_directories(oxlade_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_definitions(oxlade_options INTERFACE QT_NO_CAST_FROM_ASCII
+                           QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
+
+set(OXLADE_SANITIZE "" CACHE STRING "Sanitizers for everything, as -fsanitize= takes them")
+if(OXLADE_SANITIZE)
+  add_compile_options(-fsanitize=${OXLADE_SANITIZE} -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${OXLADE_SANITIZE})
+endif()
+
+# One floor; the folders add their sources with target_sources.
+function(oxlade_library name)
+  add_library(${name} STATIC)
+  target_link_libraries(${name} PUBLIC oxlade_options)
+endfunction()

@@ -1,0 +1,45 @@
+// Everything that the window shows as text and colour, as one value. Pure.
+#pragma once
+
+#include "app/device_state.h"
+#include "ui/semantic_color.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace oxlade {
+
+/// The state that the texts are made of. Views live for the call.
+struct WindowState {
+    DeviceState deviceState = DeviceState::unknown;
+    std::string_view deviceGeometry;
+    std::string_view firmwarePath;
+    std::uint64_t firmwareSize = 0;  ///< bytes; 0 when the file cannot be asked
+    bool hasBundledFirmware = false; ///< looked at only without a firmware path
+    std::string_view operationKey;
+    std::int32_t operationPercent = -1;
+};
+
+/// Views point into the string table or into the state's texts.
+struct WindowTexts {
+    std::string_view subtitle, deviceCaption, firmwareCaption, logCaption;
+    std::string_view checkTitle, builtinTitle, chooseTitle, installTitle;
+    std::optional<std::string_view> deviceStatus, deviceDetail; ///< nothing: leave as they are
+    SemanticColor deviceDot = SemanticColor::tertiaryLabelColor;
+    std::string firmware;
+    std::string_view firmwareToolTip; ///< null: the same as `firmware`
+    SemanticColor firmwareColor = SemanticColor::labelColor;
+    std::string_view operation;
+    std::string percent;
+};
+
+/// In the current language. Main thread.
+WindowTexts windowTexts(const WindowState& state);
+
+/// A size in bytes as mebibytes with one decimal and a point, such as "3.0 MB":
+/// rounded as the C library prints it, whatever the locale.
+std::string megabytes(std::uint64_t bytes);
+
+} // namespace oxlade
