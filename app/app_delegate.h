@@ -14,6 +14,7 @@
 #include "app/output_parser.h"
 #include "app/system.h"
 #include "app/user_interface.h"
+#include "i18n/window_texts.h"
 
 #include <cstdint>
 #include <memory>
@@ -75,7 +76,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void parseProgressFromText(std::string_view text);
     /// The end of a run. Status 0 is success; -1 stands for a helper that could
     /// not be run.
-    void handleTaskFinished(std::int32_t status, const HelperMode& mode);
+    void handleTaskFinished(std::int32_t status, HelperMode mode);
 
     // The state. Absent and empty are the same for the texts.
     const std::string& firmwarePath() const { return firmwarePath_; }
@@ -100,7 +101,8 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void apply(const WriteReport& report);
     void apply(const GeometryReport& report);
     void apply(const UploadComplete& report);
-    void installCallbacks(HelperProcess& task, const std::shared_ptr<HelperProcess>& owner);
+    void installCallbacks(const std::shared_ptr<HelperProcess>& task);
+    void show(const WindowTexts& texts);
 
     System system_;
     UserInterface& userInterface_;

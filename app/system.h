@@ -136,9 +136,11 @@ class Workspace {
     virtual void openUrl(std::string_view address) = 0;
 };
 
-/// All of the above, for whoever needs the system. The references outlive it.
+/// All of the above, for whoever needs the system. The references outlive it; the
+/// queue is shared, because a thread that waits for a helper may outlive the rest
+/// of the program and post to it once more.
 struct System {
-    MainQueue& mainQueue;
+    std::shared_ptr<MainQueue> mainQueue;
     HelperProcesses& helperProcesses;
     Bundle& bundle;
     FileSystem& fileSystem;

@@ -29,7 +29,7 @@ struct WindowTexts {
     std::optional<std::string_view> deviceStatus, deviceDetail; ///< nothing: leave as they are
     SemanticColor deviceDot = SemanticColor::tertiaryLabelColor;
     std::string firmware;
-    std::string_view firmwareToolTip; ///< null: the same as `firmware`
+    std::string_view firmwareToolTip;
     SemanticColor firmwareColor = SemanticColor::labelColor;
     std::string_view operation;
     std::string percent;

@@ -1,0 +1,90 @@
+#include "app/app_delegate.h"
+
+#include "i18n/language_choice.h"
+#include "i18n/string_table.h"
+#include "i18n/window_texts.h"
+
+namespace oxlade {
+
+AppDelegate::AppDelegate(System system, UserInterface& userInterface, std::string website)
+    : system_{system}, userInterface_{userInterface}, website_{std::move(website)} {}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    // Not through setOperation: there is nothing to refresh before the window stands.
+    setOperationKey("op.ready");
+    setOperationPercent(-1);
+    controls_.emplace(userInterface_.buildWindow(*this));
+    appendLog(std::string{L("log.started")} + '\n');
+    useBundledFirmware();
+    refreshTexts();
+    updateButtons();
+    controls_->window.makeKeyAndOrderFront();
+    userInterface_.activateIgnoringOtherApps();
+}
+
+void AppDelegate::installMainMenu() { userInterface_.setMainMenu(menuTree()); }
+
+void AppDelegate::languageChanged() {
+    CurrentLanguage = controls_->languageControl.selectedSegment() == 1 ? 1 : 0;
+    system_.userDefaults.setString(interfaceLanguageKey, CurrentLanguage == 1 ? "ru" : "en");
+    installMainMenu();
+    refreshTexts();
+}
+
+void AppDelegate::openWebsite() { system_.workspace.openUrl(website_); }
+
+void AppDelegate::setOperation(std::string_view key, std::int32_t percent) {
+    setOperationKey(std::string{key});
+    setOperationPercent(percent);
+    refreshTexts();
+}
+
+void AppDelegate::updateButtons() {
+    const bool busy = currentTask_ != nullptr;
+    controls_->checkButton.setEnabled(!busy);
+    controls_->chooseButton.setEnabled(!busy);
+    controls_->builtinButton.setEnabled(!busy && !bundledFirmwarePath().empty());
+    controls_->installButton.setEnabled(!busy && deviceState_ == DeviceState::ready &&
+                                        !firmwarePath_.empty());
+}
+
+void AppDelegate::refreshTexts() {
+    WindowState state;
+    state.deviceState = deviceState_;
+    state.deviceGeometry = deviceGeometry_;
+    state.firmwarePath = firmwarePath_;
+    // One question to the file system a refresh: which one depends on the selection.
+    if (firmwarePath_.empty())
+        state.hasBundledFirmware = !bundledFirmwarePath().empty();
+    else
+        state.firmwareSize = system_.fileSystem.fileSize(firmwarePath_);
+    state.operationKey = operationKey_;
+    state.operationPercent = operationPercent_;
+    show(windowTexts(state));
+}
+
+void AppDelegate::show(const WindowTexts& texts) {
+    auto& controls = *controls_;
+    controls.subtitleLabel.setStringValue(texts.subtitle);
+    controls.deviceCaptionLabel.setStringValue(texts.deviceCaption);
+    controls.firmwareCaptionLabel.setStringValue(texts.firmwareCaption);
+    controls.logCaptionLabel.setStringValue(texts.logCaption);
+    controls.checkButton.setTitle(texts.checkTitle);
+    controls.builtinButton.setTitle(texts.builtinTitle);
+    controls.chooseButton.setTitle(texts.chooseTitle);
+    controls.installButton.setTitle(texts.installTitle);
+    if (texts.deviceStatus) controls.deviceStatusLabel.setStringValue(*texts.deviceStatus);
+    if (texts.deviceDetail) controls.deviceDetailLabel.setStringValue(*texts.deviceDetail);
+    controls.deviceStatusDot.setBackgroundColor(texts.deviceDot);
+    controls.firmwareLabel.setStringValue(texts.firmware);
+    controls.firmwareLabel.setToolTip(texts.firmwareToolTip);
+    controls.firmwareLabel.setTextColor(texts.firmwareColor);
+    controls.operationLabel.setStringValue(texts.operation);
+    controls.percentLabel.setStringValue(texts.percent);
+}
+
+void AppDelegate::appendLog(std::string_view text) {
+    if (!text.empty()) controls_->logView.append(text);
+}
+
+} // namespace oxlade

@@ -1,0 +1,19 @@
+#include "firmware/path_names.h"
+
+namespace oxlade {
+
+std::string_view lastPathComponent(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
+    if (path.size() == 1) return path;
+    const auto slash = path.rfind('/');
+    return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
+std::string joinedPath(std::string_view directory, std::string_view name) {
+    std::string path{directory};
+    if (!path.ends_with('/')) path += '/';
+    path += name;
+    return path;
+}
+
+} // namespace oxlade

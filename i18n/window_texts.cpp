@@ -1,0 +1,80 @@
+#include "i18n/window_texts.h"
+
+#include "firmware/path_names.h"
+#include "i18n/string_table.h"
+
+namespace oxlade {
+
+namespace {
+
+void setDeviceTexts(WindowTexts& texts, const WindowState& state) {
+    const auto show = [&texts](std::string_view status, std::string_view detail,
+                               SemanticColor dot) {
+        texts.deviceStatus = status;
+        texts.deviceDetail = detail;
+        texts.deviceDot = dot;
+    };
+    // No enumerator but these four is ours, yet any number may stand there.
+    switch (state.deviceState) {
+    case DeviceState::unknown:
+        return show(L("device.unknown"), L("device.unknown.detail"),
+                    SemanticColor::tertiaryLabelColor);
+    case DeviceState::checking:
+        return show(L("device.checking"), L("device.checking.detail"),
+                    SemanticColor::systemOrangeColor);
+    case DeviceState::ready:
+        return show(L("device.ready"), state.deviceGeometry, SemanticColor::systemGreenColor);
+    case DeviceState::failed:
+        return show(L("device.failed"), L("device.failed.detail"), SemanticColor::systemRedColor);
+    }
+    texts.deviceDot = SemanticColor::tertiaryLabelColor;
+}
+
+void setFirmwareTexts(WindowTexts& texts, const WindowState& state) {
+    if (!state.firmwarePath.empty()) {
+        texts.firmware = lastPathComponent(state.firmwarePath);
+        texts.firmware += "  \u00B7  ";
+        texts.firmware += megabytes(state.firmwareSize);
+        texts.firmwareToolTip = state.firmwarePath;
+        texts.firmwareColor = SemanticColor::labelColor;
+        return;
+    }
+    texts.firmwareToolTip =
+        L(state.hasBundledFirmware ? "firmware.none" : "firmware.bundledMissing");
+    texts.firmware = texts.firmwareToolTip;
+    texts.firmwareColor = SemanticColor::secondaryLabelColor;
+}
+
+} // namespace
+
+std::string megabytes(std::uint64_t bytes) {
+    // A tenth of a mebibyte is no whole number of bytes, so a size lies exactly
+    // between two tenths only at odd multiples of 1/20 MiB that are whole: at
+    // quarters. There the even tenth is the one that the C library prints.
+    const std::uint64_t whole = bytes >> 20U;
+    const std::uint64_t scaled = (bytes & 0xFFFFFU) * 10; // tenths, times 2^20
+    std::uint64_t tenths = scaled >> 20U;
+    const std::uint64_t rest = scaled & 0xFFFFFU;
+    constexpr std::uint64_t half = 0x80000U;
+    if (rest > half || (rest == half && tenths % 2 == 1)) ++tenths;
+    return std::to_string(whole + tenths / 10) + '.' + std::to_string(tenths % 10) + " MB";
+}
+
+WindowTexts windowTexts(const WindowState& state) {
+    WindowTexts texts;
+    texts.subtitle = L("subtitle");
+    texts.deviceCaption = L("device.caption");
+    texts.firmwareCaption = L("firmware.caption");
+    texts.logCaption = L("log.caption");
+    texts.checkTitle = L("button.check");
+    texts.builtinTitle = L("button.bundled");
+    texts.chooseTitle = L("button.choose");
+    texts.installTitle = L("button.install");
+    setDeviceTexts(texts, state);
+    setFirmwareTexts(texts, state);
+    texts.operation = L(state.operationKey);
+    if (state.operationPercent >= 0) texts.percent = std::to_string(state.operationPercent) + '%';
+    return texts;
+}
+
+} // namespace oxlade
