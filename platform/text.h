@@ -1,0 +1,18 @@
+// The one place where text changes its form between UTF-8 and the toolkit's.
+#pragma once
+
+#include <QString>
+
+#include <string>
+#include <string_view>
+
+namespace oxlade {
+
+/// Every character is kept, a leading byte-order mark and NULs included. Bytes
+/// that are no UTF-8 become U+FFFD.
+QString toQString(std::string_view utf8);
+
+/// A lone surrogate becomes a question mark; everything else is kept.
+std::string toUtf8(const QString& text);
+
+} // namespace oxlade
