@@ -1,0 +1,43 @@
+// The program's own bundle, found from where its executable stands.
+#pragma once
+
+#include "app/system.h"
+
+#include <QByteArrayView>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace oxlade {
+
+/// The absolute directory of the running executable, links resolved, without a
+/// slash at its end. Needs the application object.
+std::string executableDirectory();
+
+/// The text of CFBundleShortVersionString in the top dictionary of an XML property
+/// list; empty when it is not there, is no string, or the list is malformed.
+std::string bundleVersion(QByteArrayView propertyList);
+
+/// An executable in "Contents/MacOS" belongs to the bundle whose directory holds
+/// "Contents"; its resources are in "Contents/Resources". Any other directory is a
+/// bundle by itself and holds its resources directly.
+class ApplicationBundle final : public Bundle {
+  public:
+    /// `executableDirectory`: absolute, without a slash at its end.
+    explicit ApplicationBundle(std::string executableDirectory);
+
+    std::string bundlePath() const override { return path_; }
+    /// Looks at each call. A directory is no resource.
+    std::optional<std::string> pathForResource(std::string_view name,
+                                               std::string_view type) const override;
+    /// As "Contents/Info.plist" (or "Info.plist") has it; empty when it has none.
+    std::string version() const;
+
+  private:
+    std::string path_;
+    std::string contents_;
+    std::string resources_;
+};
+
+} // namespace oxlade

@@ -1,0 +1,22 @@
+// Keeping the computer awake, as seen by whoever needs it awake.
+#pragma once
+
+#include "platform/descriptor.h"
+
+#include <functional>
+
+namespace oxlade {
+
+class SleepLock {
+  public:
+    /// Gets a descriptor that keeps the computer awake for as long as it is open
+    /// anywhere.
+    using Arrival = std::function<void(Descriptor lock)>;
+
+    virtual ~SleepLock() = default;
+    /// Main thread; asks and returns. `arrived` is called at most once, later and
+    /// on the main thread; never when there is no lock to be had.
+    virtual void acquire(Arrival arrived) = 0;
+};
+
+} // namespace oxlade

@@ -1,0 +1,126 @@
+#include "platform/spawn.h"
+
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace oxlade {
+
+namespace {
+
+// The first of several calls that fails decides.
+class FirstError final {
+  public:
+    void operator()(int error) {
+        if (value_ == 0) value_ = error;
+    }
+    int value() const { return value_; }
+
+  private:
+    int value_ = 0;
+};
+
+class Attributes final {
+  public:
+    Attributes() { error_(posix_spawnattr_init(&attributes_)); }
+    ~Attributes() { posix_spawnattr_destroy(&attributes_); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+
+    int prepare() {
+        sigset_t none;
+        sigemptyset(&none);
+        error_(posix_spawnattr_setsigmask(&attributes_, &none));
+        error_(posix_spawnattr_setsigdefault(&attributes_, &defaultSignals()));
+        error_(posix_spawnattr_setflags(&attributes_, flags));
+        return error_.value();
+    }
+    const posix_spawnattr_t* get() const { return &attributes_; }
+
+  private:
+#ifdef __APPLE__
+    static constexpr short flags = POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK |
+                                   POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_CLOEXEC_DEFAULT;
+#else
+    static constexpr short flags =
+        POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+#endif
+    // All that a program may find ignored, but SIGPIPE: a helper must survive that
+    // nobody reads what it says.
+    static const sigset_t& defaultSignals() {
+        static const sigset_t signals = [] {
+            sigset_t set;
+            sigemptyset(&set);
+            for (const int signal :
+                 {SIGHUP,    SIGINT,  SIGQUIT,  SIGILL,  SIGTRAP, SIGABRT, SIGBUS,
+                  SIGFPE,    SIGUSR1, SIGSEGV,  SIGUSR2, SIGALRM, SIGTERM, SIGCHLD,
+                  SIGCONT,   SIGTSTP, SIGTTIN,  SIGTTOU, SIGURG,  SIGXCPU, SIGXFSZ,
+                  SIGVTALRM, SIGPROF, SIGWINCH, SIGIO,   SIGSYS})
+                sigaddset(&set, signal);
+            return set;
+        }();
+        return signals;
+    }
+
+    posix_spawnattr_t attributes_;
+    FirstError error_;
+};
+
+class FileActions final {
+  public:
+    FileActions() { error_(posix_spawn_file_actions_init(&actions_)); }
+    ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+
+    int prepare(const SpawnRequest& request) {
+        stream(request.input, STDIN_FILENO);
+        stream(request.output, STDOUT_FILENO);
+        stream(request.error, STDERR_FILENO);
+#ifndef __APPLE__
+        error_(posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
+#endif
+        return error_.value();
+    }
+    const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+  private:
+    void stream(const Descriptor* descriptor, int number) {
+        if (descriptor != nullptr)
+            error_(posix_spawn_file_actions_adddup2(&actions_, descriptor->get(), number));
+#ifdef __APPLE__
+        else if (fcntl(number, F_GETFD) >= 0)
+            error_(posix_spawn_file_actions_addinherit_np(&actions_, number));
+#endif
+    }
+
+    posix_spawn_file_actions_t actions_;
+    FirstError error_;
+};
+
+std::vector<char*> argumentVector(const SpawnRequest& request) {
+    std::vector<char*> vector;
+    vector.reserve(request.arguments.size() + 2);
+    vector.push_back(const_cast<char*>(request.executablePath.c_str()));
+    for (const auto& argument : request.arguments)
+        vector.push_back(const_cast<char*>(argument.c_str()));
+    vector.push_back(nullptr);
+    return vector;
+}
+
+} // namespace
+
+int spawn(const SpawnRequest& request, pid_t& process) {
+    Attributes attributes;
+    FileActions actions;
+    if (const int error = attributes.prepare()) return error;
+    if (const int error = actions.prepare(request)) return error;
+    return posix_spawn(&process, request.executablePath.c_str(), actions.get(), attributes.get(),
+                       argumentVector(request).data(), environ);
+}
+
+} // namespace oxlade

@@ -1,0 +1,13 @@
+// The rest of the user's desktop.
+#pragma once
+
+#include "app/system.h"
+
+namespace oxlade {
+
+class DesktopWorkspace final : public Workspace {
+  public:
+    void openUrl(std::string_view address) override;
+};
+
+} // namespace oxlade
