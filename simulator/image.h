@@ -6,7 +6,7 @@
 
 namespace oxlade::simulator {
 
-constexpr std::size_t imageBytes = 3 * 1024 * 1024;
+constexpr std::size_t imageBytes = 3145728;
 constexpr std::size_t signatureOffset = 32;
 constexpr std::string_view signature = "MPC4000 Operating System";
 

@@ -26,12 +26,6 @@ bool isPlain(unsigned char byte) {
            (byte >= '0' && byte <= '9') || others.find(static_cast<char>(byte)) != others.npos;
 }
 
-std::string joined(const std::vector<std::string>& parts) {
-    std::string text;
-    for (const std::string& part : parts) text += (text.empty() ? "" : ",") + part;
-    return text;
-}
-
 // The open descriptors but `except`, sorted; false where the system does not tell.
 bool listDescriptors(int except, std::vector<int>& descriptors) {
     DIR* folder = ::opendir("/proc/self/fd");
@@ -89,9 +83,10 @@ void Trace::note(std::string_view what) const {
 std::string Trace::fds() const {
     std::vector<int> descriptors;
     if (!listDescriptors(file_, descriptors)) return "unknown";
-    std::vector<std::string> names;
-    for (const int descriptor : descriptors) names.push_back(std::to_string(descriptor));
-    return joined(names);
+    std::string list;
+    for (const int descriptor : descriptors)
+        list += (list.empty() ? "" : ",") + std::to_string(descriptor);
+    return list;
 }
 
 void Trace::put(std::string line) const {
