@@ -1,0 +1,419 @@
+// The heart of the suite: for each thing that can happen, all that the program
+// does, in its order. A refresh stands as one line with its changes under it; an
+// update of the buttons ends with those that are enabled.
+#include "tests/support/fixture.h"
+
+namespace oxlade::test {
+
+class OrderTraces : public ControllerTest {
+  protected:
+    const std::string valid = "/home/user/a b.bin";
+};
+
+TEST_F(OrderTraces, StartWithAValidShippedImage) {
+    delegate->installMainMenu();
+    delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(trace.take(), R"(setMainMenu
+buildWindow
+log "Oxlade started.\n"
+log "Firmware selected: /apps/Oxlade.app/Contents/Resources/mpcv171.bin\n"
+refreshTexts
+  subtitleLabel "Install the OS on an Akai MPC4000 over USB"
+  deviceCaptionLabel "DEVICE"
+  firmwareCaptionLabel "FIRMWARE"
+  logCaptionLabel "LOG"
+  checkButton "Check"
+  builtinButton "Bundled"
+  chooseButton "Choose…"
+  installButton "Flash OS"
+  deviceStatusLabel "MPC4000 not checked"
+  deviceDetailLabel "Connect the MPC4000 over USB and switch it to OS Loader mode."
+  deviceStatusDot tertiaryLabelColor
+  firmwareLabel "mpcv171.bin  ·  3.0 MB"
+  firmwareLabel tool tip "/apps/Oxlade.app/Contents/Resources/mpcv171.bin"
+  firmwareLabel labelColor
+  operationLabel "Ready"
+  percentLabel ""
+updateButtons: checkButton chooseButton builtinButton
+refreshTexts
+updateButtons: checkButton chooseButton builtinButton
+makeKeyAndOrderFront
+activateIgnoringOtherApps
+)");
+}
+
+TEST_F(OrderTraces, StartWithoutAShippedImage) {
+    files.files.erase(bundledImage);
+    delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(trace.take(), R"(buildWindow
+log "Oxlade started.\n"
+refreshTexts
+  subtitleLabel "Install the OS on an Akai MPC4000 over USB"
+  deviceCaptionLabel "DEVICE"
+  firmwareCaptionLabel "FIRMWARE"
+  logCaptionLabel "LOG"
+  checkButton "Check"
+  builtinButton "Bundled"
+  chooseButton "Choose…"
+  installButton "Flash OS"
+  deviceStatusLabel "MPC4000 not checked"
+  deviceDetailLabel "Connect the MPC4000 over USB and switch it to OS Loader mode."
+  deviceStatusDot tertiaryLabelColor
+  firmwareLabel "No bundled firmware. Choose a .bin file."
+  firmwareLabel tool tip "No bundled firmware. Choose a .bin file."
+  firmwareLabel secondaryLabelColor
+  operationLabel "Ready"
+  percentLabel ""
+updateButtons: checkButton chooseButton
+makeKeyAndOrderFront
+activateIgnoringOtherApps
+)");
+}
+
+TEST_F(OrderTraces, StartWithAnInvalidShippedImageExplainsBeforeTheWindowShows) {
+    files.files[bundledImage].bytes = std::string(100, 'x');
+    delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(trace.take(), R"(buildWindow
+log "Oxlade started.\n"
+warning alert "This does not look like MPC4000 firmware" / "The file has no MPC4000 Operating System signature."
+refreshTexts
+  subtitleLabel "Install the OS on an Akai MPC4000 over USB"
+  deviceCaptionLabel "DEVICE"
+  firmwareCaptionLabel "FIRMWARE"
+  logCaptionLabel "LOG"
+  checkButton "Check"
+  builtinButton "Bundled"
+  chooseButton "Choose…"
+  installButton "Flash OS"
+  deviceStatusLabel "MPC4000 not checked"
+  deviceDetailLabel "Connect the MPC4000 over USB and switch it to OS Loader mode."
+  deviceStatusDot tertiaryLabelColor
+  firmwareLabel "No firmware selected"
+  firmwareLabel tool tip "No firmware selected"
+  firmwareLabel secondaryLabelColor
+  operationLabel "Ready"
+  percentLabel ""
+updateButtons: checkButton chooseButton builtinButton
+makeKeyAndOrderFront
+activateIgnoringOtherApps
+)");
+}
+
+TEST_F(OrderTraces, CheckThatSucceeds) {
+    start();
+    delegate->checkDevice();
+    EXPECT_EQ(trace.take(), R"(progress 0
+refreshTexts
+  deviceStatusLabel "Checking MPC4000…"
+  deviceDetailLabel "Opening the USB interface and reading the flash geometry."
+  deviceStatusDot systemOrangeColor
+  operationLabel "Checking the connection"
+log "$ oxlade --info\n"
+process /apps/Oxlade.app/Contents/MacOS/oxlade [--info]
+updateButtons:
+launched
+startWaiting
+)");
+    print("MPC4000 found\nFlash geometry: 8 sectors\n");
+    EXPECT_EQ(trace.take(), R"(log "MPC4000 found\nFlash geometry: 8 sectors\n"
+)");
+    exit(0);
+    EXPECT_EQ(trace.take(), R"(reading callback removed
+stopWaiting
+refreshTexts
+  deviceStatusLabel "MPC4000 connected"
+  deviceDetailLabel "Flash geometry: 8 sectors"
+  deviceStatusDot systemGreenColor
+  operationLabel "Device is ready"
+log "Process exited with code 0.\n"
+updateButtons: checkButton chooseButton builtinButton installButton
+)");
+}
+
+TEST_F(OrderTraces, CheckThatFails) {
+    start();
+    delegate->checkDevice();
+    trace.take();
+    print("No device.\n");
+    exit(2);
+    EXPECT_EQ(trace.take(), R"(log "No device.\n"
+reading callback removed
+stopWaiting
+refreshTexts
+  deviceStatusLabel "MPC4000 not opened"
+  deviceDetailLabel "Check USB, OS Loader mode and the macOS permission to access the device."
+  deviceStatusDot systemRedColor
+  operationLabel "Check failed"
+log "Process exited with code 2.\n"
+updateButtons: checkButton chooseButton builtinButton
+)");
+}
+
+TEST_F(OrderTraces, CheckWithTheHelperMissing) {
+    files.files.erase(bundledHelper);
+    start();
+    delegate->checkDevice();
+    EXPECT_EQ(trace.take(), R"(progress 0
+refreshTexts
+  deviceStatusLabel "Checking MPC4000…"
+  deviceDetailLabel "Opening the USB interface and reading the flash geometry."
+  deviceStatusDot systemOrangeColor
+  operationLabel "Checking the connection"
+log "Helper not found: /home/user/oxlade\n"
+stopWaiting
+refreshTexts
+  deviceStatusLabel "MPC4000 not opened"
+  deviceDetailLabel "Check USB, OS Loader mode and the macOS permission to access the device."
+  deviceStatusDot systemRedColor
+  operationLabel "Check failed"
+updateButtons: checkButton chooseButton builtinButton
+)");
+}
+
+TEST_F(OrderTraces, CheckWithAHelperThatMayNotBeExecuted) {
+    files.files[bundledHelper].executable = false;
+    files.files["/home/user/oxlade"].executable = false;
+    start();
+    delegate->checkDevice();
+    EXPECT_EQ(trace.take(), R"(progress 0
+refreshTexts
+  deviceStatusLabel "Checking MPC4000…"
+  deviceDetailLabel "Opening the USB interface and reading the flash geometry."
+  deviceStatusDot systemOrangeColor
+  operationLabel "Checking the connection"
+log "Helper not found: /home/user/oxlade\n"
+stopWaiting
+refreshTexts
+  deviceStatusLabel "MPC4000 not opened"
+  deviceDetailLabel "Check USB, OS Loader mode and the macOS permission to access the device."
+  deviceStatusDot systemRedColor
+  operationLabel "Check failed"
+updateButtons: checkButton chooseButton builtinButton
+)");
+}
+
+TEST_F(OrderTraces, CheckWhoseLaunchIsRefused) {
+    processes.launchError = "Exec format error";
+    start();
+    delegate->checkDevice();
+    EXPECT_EQ(trace.take(), R"(progress 0
+refreshTexts
+  deviceStatusLabel "Checking MPC4000…"
+  deviceDetailLabel "Opening the USB interface and reading the flash geometry."
+  deviceStatusDot systemOrangeColor
+  operationLabel "Checking the connection"
+log "$ oxlade --info\n"
+process /apps/Oxlade.app/Contents/MacOS/oxlade [--info]
+updateButtons:
+launch refused
+reading callback removed
+log "Could not start the helper: Exec format error\n"
+stopWaiting
+refreshTexts
+  deviceStatusLabel "MPC4000 not opened"
+  deviceDetailLabel "Check USB, OS Loader mode and the macOS permission to access the device."
+  deviceStatusDot systemRedColor
+  operationLabel "Check failed"
+log "Process exited with code -1.\n"
+updateButtons: checkButton chooseButton builtinButton
+)");
+}
+
+TEST_F(OrderTraces, FlashThatSucceeds) {
+    files.files[valid].bytes = validImage();
+    dialogs.chosenFile = valid;
+    startReady();
+    delegate->chooseFirmware();
+    EXPECT_EQ(trace.take(), R"(open panel "Choose an OS file for the MPC4000" *.bin
+log "Firmware selected: /home/user/a b.bin\n"
+refreshTexts
+  firmwareLabel "a b.bin  ·  0.0 MB"
+  firmwareLabel tool tip "/home/user/a b.bin"
+updateButtons: checkButton chooseButton builtinButton installButton
+)");
+    delegate->installFirmware();
+    EXPECT_EQ(
+        trace.take(),
+        R"(critical alert "Flash the OS to the MPC4000?" / "Flash memory is erased before writing. )"
+        R"(Do not power off the MPC4000 or unplug USB until it finishes." [Flash] [Cancel]
+progress 0
+refreshTexts
+  operationLabel "Flashing the MPC4000"
+  percentLabel "0%"
+log "$ oxlade --firmware /home/user/a b.bin --yes\n"
+process /apps/Oxlade.app/Contents/MacOS/oxlade [--firmware] [/home/user/a b.bin] [--yes]
+updateButtons:
+launched
+startWaiting
+)");
+    print("Erase 31%\r");
+    print("Erase 100%\rWrite 0%\r");
+    print("Write 60%\n");
+    print("OS upload complete.\n");
+    EXPECT_EQ(trace.take(), R"(log "Erase 31%\n"
+progress 15.5
+refreshTexts
+  operationLabel "Erasing flash"
+  percentLabel "31%"
+log "Erase 100%\nWrite 0%\n"
+progress 50
+refreshTexts
+  percentLabel "100%"
+progress 50
+refreshTexts
+  operationLabel "Writing OS"
+  percentLabel "0%"
+log "Write 60%\n"
+progress 80
+refreshTexts
+  percentLabel "60%"
+log "OS upload complete.\n"
+progress 100
+refreshTexts
+  operationLabel "Flashing complete"
+  percentLabel ""
+)");
+    exit(0);
+    EXPECT_EQ(trace.take(), R"(reading callback removed
+stopWaiting
+progress 100
+refreshTexts
+log "Process exited with code 0.\n"
+updateButtons: checkButton chooseButton builtinButton installButton
+informational alert "Flashing complete" / "Wait for the MPC4000 to finish, then restart it."
+)");
+}
+
+TEST_F(OrderTraces, FlashThatFails) {
+    startReady();
+    delegate->installFirmware();
+    trace.take();
+    print("Erase 30%\r");
+    exit(1);
+    EXPECT_EQ(trace.take(), R"(log "Erase 30%\n"
+progress 15
+refreshTexts
+  operationLabel "Erasing flash"
+  percentLabel "30%"
+reading callback removed
+stopWaiting
+refreshTexts
+  operationLabel "Flashing failed"
+  percentLabel ""
+log "Process exited with code 1.\n"
+updateButtons: checkButton chooseButton builtinButton installButton
+warning alert "Flashing did not complete" / "See the log at the bottom of the window."
+)");
+}
+
+TEST_F(OrderTraces, FlashThatIsCancelled) {
+    startReady();
+    dialogs.answerFirst = false;
+    delegate->installFirmware();
+    EXPECT_EQ(
+        trace.take(),
+        R"(critical alert "Flash the OS to the MPC4000?" / "Flash memory is erased before writing. )"
+        R"(Do not power off the MPC4000 or unplug USB until it finishes." [Flash] [Cancel]
+)");
+}
+
+TEST_F(OrderTraces, FlashWithTheHelperMissing) {
+    startReady();
+    files.files.erase(bundledHelper);
+    delegate->installFirmware();
+    EXPECT_EQ(
+        trace.take(),
+        R"(critical alert "Flash the OS to the MPC4000?" / "Flash memory is erased before writing. )"
+        R"(Do not power off the MPC4000 or unplug USB until it finishes." [Flash] [Cancel]
+progress 0
+refreshTexts
+  operationLabel "Flashing the MPC4000"
+  percentLabel "0%"
+log "Helper not found: /home/user/oxlade\n"
+stopWaiting
+refreshTexts
+  operationLabel "Flashing failed"
+  percentLabel ""
+updateButtons: checkButton chooseButton builtinButton installButton
+warning alert "Flashing did not complete" / "See the log at the bottom of the window."
+)");
+}
+
+TEST_F(OrderTraces, FlashWhoseLaunchIsRefused) {
+    startReady();
+    processes.launchError = "Permission denied";
+    delegate->installFirmware();
+    EXPECT_EQ(
+        trace.take(),
+        R"(critical alert "Flash the OS to the MPC4000?" / "Flash memory is erased before writing. )"
+        R"(Do not power off the MPC4000 or unplug USB until it finishes." [Flash] [Cancel]
+progress 0
+refreshTexts
+  operationLabel "Flashing the MPC4000"
+  percentLabel "0%"
+log "$ oxlade --firmware /apps/Oxlade.app/Contents/Resources/mpcv171.bin --yes\n"
+process /apps/Oxlade.app/Contents/MacOS/oxlade [--firmware] [/apps/Oxlade.app/Contents/Resources/mpcv171.bin] [--yes]
+updateButtons:
+launch refused
+reading callback removed
+log "Could not start the helper: Permission denied\n"
+stopWaiting
+refreshTexts
+  operationLabel "Flashing failed"
+  percentLabel ""
+log "Process exited with code -1.\n"
+updateButtons: checkButton chooseButton builtinButton installButton
+warning alert "Flashing did not complete" / "See the log at the bottom of the window."
+)");
+}
+
+TEST_F(OrderTraces, LanguageSwitchInMidRun) {
+    startReady();
+    delegate->installFirmware();
+    print("Write 20%\r");
+    trace.take();
+    controls.languageControl.selected = 1;
+    delegate->languageChanged();
+    EXPECT_EQ(trace.take(), R"(store InterfaceLanguage "ru"
+setMainMenu
+refreshTexts
+  subtitleLabel "Загрузка OS в Akai MPC4000 через USB"
+  deviceCaptionLabel "УСТРОЙСТВО"
+  firmwareCaptionLabel "ПРОШИВКА"
+  logCaptionLabel "ЖУРНАЛ"
+  checkButton "Проверить"
+  builtinButton "Встроенная"
+  chooseButton "Выбрать…"
+  installButton "Прошить OS"
+  deviceStatusLabel "MPC4000 подключен"
+  operationLabel "Запись OS"
+)");
+    print("Write 21%\r");
+    exit(0);
+    EXPECT_EQ(trace.take(), R"(log "Write 21%\n"
+progress 60.5
+refreshTexts
+  percentLabel "21%"
+reading callback removed
+stopWaiting
+progress 100
+refreshTexts
+  operationLabel "Прошивка завершена"
+  percentLabel ""
+log "Процесс завершился с кодом 0.\n"
+updateButtons: checkButton chooseButton builtinButton installButton
+informational alert "Прошивка завершена" / "Дождитесь завершения на MPC4000, затем перезагрузите устройство."
+)");
+}
+
+TEST_F(OrderTraces, AFileThatIsNoImageIsExplainedAndChangesNothing) {
+    files.files[valid].bytes = "short";
+    dialogs.chosenFile = valid;
+    startReady();
+    delegate->chooseFirmware();
+    EXPECT_EQ(trace.take(), R"(open panel "Choose an OS file for the MPC4000" *.bin
+warning alert "This does not look like MPC4000 firmware" / "The file is too small to be MPC4000 firmware."
+)");
+}
+
+} // namespace oxlade::test
