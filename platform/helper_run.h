@@ -43,8 +43,8 @@ class HelperRun final : public HelperProcess, public std::enable_shared_from_thi
     std::int32_t terminationStatus() const override { return status_; }
 
   private:
-    int start();
-    int startThreads(DescriptorPair wake, Descriptor output);
+    int start(DescriptorPair& output, DescriptorPair wake);
+    int startThreads(Descriptor output, DescriptorPair wake);
     int startHelper(const Descriptor& output);
     void tellWaiter(pid_t helper);
     void askForSleepLock();

@@ -1,0 +1,88 @@
+#include "platform/bundle.h"
+
+#include "platform/file_system.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QXmlStreamReader>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace oxlade {
+
+namespace {
+
+constexpr std::size_t propertyListLimit = 1 << 20;
+
+bool isFile(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+// Within the dictionary: the string that follows the key.
+QString stringForKey(QXmlStreamReader& reader, QLatin1String wanted) {
+    QString found;
+    bool isNext = false;
+    while (reader.readNextStartElement()) {
+        if (reader.name() == QLatin1String("key")) {
+            isNext = reader.readElementText() == wanted;
+        } else if (isNext && reader.name() == QLatin1String("string")) {
+            if (found.isNull())
+                found = reader.readElementText();
+            else
+                reader.skipCurrentElement();
+            isNext = false;
+        } else {
+            reader.skipCurrentElement();
+            isNext = false;
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+std::string executableDirectory() {
+#ifdef __linux__
+    // The bytes as they are, be they text or not.
+    std::string path(4096, '\0');
+    const ssize_t size = readlink("/proc/self/exe", path.data(), path.size());
+    if (size > 0 && static_cast<std::size_t>(size) < path.size())
+        return path.substr(0, path.rfind('/', static_cast<std::size_t>(size)));
+#endif
+    return QFile::encodeName(QCoreApplication::applicationDirPath()).toStdString();
+}
+
+std::string bundleVersion(QByteArrayView propertyList) {
+    QXmlStreamReader reader(propertyList.toByteArray());
+    if (!reader.readNextStartElement() || reader.name() != QLatin1String("plist")) return {};
+    if (!reader.readNextStartElement() || reader.name() != QLatin1String("dict")) return {};
+    const auto version = stringForKey(reader, QLatin1String("CFBundleShortVersionString"));
+    while (!reader.atEnd()) reader.readNext(); // malformed further down is malformed
+    return reader.hasError() ? std::string() : version.toStdString();
+}
+
+ApplicationBundle::ApplicationBundle(std::string directory) {
+    constexpr std::string_view inBundle = "/Contents/MacOS";
+    path_ = contents_ = resources_ = std::move(directory);
+    if (!std::string_view(path_).ends_with(inBundle)) return;
+    path_.resize(path_.size() - inBundle.size());
+    contents_ = path_ + "/Contents";
+    resources_ = contents_ + "/Resources";
+}
+
+std::optional<std::string> ApplicationBundle::pathForResource(std::string_view name,
+                                                              std::string_view type) const {
+    std::string path = resources_ + '/';
+    path += name;
+    if (!type.empty()) (path += '.') += type;
+    return isFile(path) ? std::optional(path) : std::nullopt;
+}
+
+std::string ApplicationBundle::version() const {
+    const auto list = PosixFileSystem().head(contents_ + "/Info.plist", propertyListLimit);
+    return bundleVersion(QByteArrayView(list.data(), static_cast<qsizetype>(list.size())));
+}
+
+} // namespace oxlade

@@ -1,0 +1,62 @@
+#include "platform/file_system.h"
+
+#include "platform/descriptor.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace oxlade {
+
+namespace {
+
+bool isRegular(const struct stat& status) { return S_ISREG(status.st_mode); }
+
+// Without waiting for whoever writes, should it be a pipe.
+Descriptor openRegularFile(const std::string& path) {
+    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
+    if (!file || fstat(file.get(), &status) != 0 || !isRegular(status)) return {};
+    return file;
+}
+
+} // namespace
+
+bool PosixFileSystem::isExecutableFile(const std::string& path) const {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && isRegular(status) &&
+           faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
+}
+
+std::string PosixFileSystem::currentDirectoryPath() const {
+    std::string path(256, '\0');
+    while (getcwd(path.data(), path.size()) == nullptr) {
+        if (errno != ERANGE) return {};
+        path.resize(path.size() * 2);
+    }
+    path.resize(path.find('\0'));
+    return path;
+}
+
+std::uint64_t PosixFileSystem::fileSize(const std::string& path) const {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+std::string PosixFileSystem::head(const std::string& path, std::size_t limit) const {
+    const Descriptor file = openRegularFile(path);
+    if (!file) return {};
+    std::string bytes(limit, '\0');
+    std::size_t count = 0;
+    while (count < limit) {
+        const ssize_t got = read(file.get(), bytes.data() + count, limit - count);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) break;
+        count += static_cast<std::size_t>(got);
+    }
+    bytes.resize(count);
+    return bytes;
+}
+
+} // namespace oxlade

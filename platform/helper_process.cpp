@@ -1,0 +1,24 @@
+#include "platform/helper_process.h"
+
+#include "platform/helper_run.h"
+
+#include <csignal>
+#include <utility>
+
+namespace oxlade {
+
+PosixHelperProcesses::PosixHelperProcesses(std::string keeperPath, SleepLock* sleepLock)
+    : keeperPath_(std::move(keeperPath)), sleepLock_(sleepLock) {
+    std::signal(SIGPIPE, SIG_IGN);
+    struct sigaction atChildren {};
+    if (sigaction(SIGCHLD, nullptr, &atChildren) == 0 && atChildren.sa_handler == SIG_IGN)
+        std::signal(SIGCHLD, SIG_DFL);
+}
+
+std::shared_ptr<HelperProcess> PosixHelperProcesses::make(std::string executablePath,
+                                                          std::vector<std::string> arguments) {
+    return std::make_shared<HelperRun>(
+        HelperRunPlan{std::move(executablePath), std::move(arguments), keeperPath_, sleepLock_});
+}
+
+} // namespace oxlade

@@ -1,0 +1,15 @@
+#include "platform/preferred_languages.h"
+
+#include "platform/text.h"
+
+#include <QLocale>
+
+namespace oxlade {
+
+std::vector<std::string> preferredLanguages() {
+    std::vector<std::string> names;
+    for (const QString& name : QLocale::system().uiLanguages()) names.push_back(toUtf8(name));
+    return names;
+}
+
+} // namespace oxlade

@@ -1,0 +1,35 @@
+#include "platform/user_defaults.h"
+
+#include "platform/text.h"
+
+#include <QStringList>
+#include <QVariant>
+
+namespace oxlade {
+
+namespace {
+
+QString program() { return QStringLiteral("Oxlade"); }
+
+} // namespace
+
+// The user's own settings and no others: not the whole computer's.
+StoredUserDefaults::StoredUserDefaults()
+    : settings_(QSettings::NativeFormat, QSettings::UserScope, program(), program()) {
+    settings_.setFallbacksEnabled(false);
+}
+
+std::optional<std::string> StoredUserDefaults::string(std::string_view key) const {
+    const QVariant value = settings_.value(toQString(key));
+    const bool isText =
+        value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QByteArray;
+    if (!isText) return std::nullopt;
+    return toUtf8(value.toString());
+}
+
+void StoredUserDefaults::setString(std::string_view key, std::string_view value) {
+    settings_.setValue(toQString(key), toQString(value));
+    settings_.sync(); // the program may end in any way
+}
+
+} // namespace oxlade
