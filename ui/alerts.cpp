@@ -1,0 +1,92 @@
+#include "ui/alerts.h"
+
+#include "platform/text.h"
+#include "ui/alert_icon.h"
+#include "ui/fonts.h"
+#include "ui/push_button.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMessageBox>
+
+#include <utility>
+
+namespace oxlade {
+namespace {
+
+const QString programName = QStringLiteral("Oxlade");
+
+/// Gives the box the buttons, the first as the default one, the last as Escape's
+/// answer. Returns the first.
+QPushButton* addButtons(QMessageBox& box, std::vector<std::string> titles) {
+    if (titles.empty())
+        titles.push_back(toUtf8(QCoreApplication::translate("QPlatformTheme", "OK")));
+    QPushButton* first = nullptr;
+    PushButton* last = nullptr;
+    for (const std::string& title : titles) {
+        last = new PushButton{ButtonSize::regular, &box};
+        last->setTitle(title);
+        box.addButton(last, first == nullptr ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
+        if (first == nullptr) first = last;
+    }
+    box.setDefaultButton(first);
+    box.setEscapeButton(last);
+    return first;
+}
+
+/// Every text of the box as it is, without markup.
+void makePlain(QMessageBox& box) {
+    for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+}
+
+/// Matches the ending in any case, also where the desktop's own chooser compares
+/// letter by letter.
+QString nameFilter(const QString& extension) {
+    QString pattern;
+    for (const QChar c : extension)
+        pattern +=
+            c.isLetter() ? QStringLiteral("[%1%2]").arg(c.toLower()).arg(c.toUpper()) : QString{c};
+    return QStringLiteral("*.%1 (*.%2)").arg(extension, pattern);
+}
+
+bool hasExtension(const QString& path, const QString& extension) {
+    return QFileInfo{path}.suffix().compare(extension, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+QtDialogs::QtDialogs(std::function<QWidget*()> parent)
+    : parent_{std::move(parent)}, folder_{QDir::homePath()} {}
+
+bool QtDialogs::runAlert(const Alert& alert) {
+    QMessageBox box{parent_()};
+    box.setWindowTitle(programName);
+    box.setIconPixmap(alertIcon(alert.style, box.devicePixelRatioF()));
+    box.setText(toQString(alert.messageText));
+    box.setInformativeText(toQString(alert.informativeText));
+    const QPushButton* first = addButtons(box, alert.buttons);
+    makePlain(box);
+    box.exec();
+    return box.clickedButton() == first;
+}
+
+std::optional<std::string> QtDialogs::runOpenPanel(const OpenPanel& panel) {
+    const QString extension = toQString(panel.fileNameExtension);
+    QFileDialog dialog{parent_(), toQString(panel.message), folder_, nameFilter(extension)};
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    // A name that was typed need not match the filter: then the panel asks again.
+    while (dialog.exec() == QDialog::Accepted) {
+        const QString path = dialog.selectedFiles().value(0);
+        if (!hasExtension(path, extension)) continue;
+        folder_ = QFileInfo{path}.absolutePath();
+        return toUtf8(QFileInfo{path}.absoluteFilePath());
+    }
+    return std::nullopt;
+}
+
+} // namespace oxlade

@@ -1,0 +1,30 @@
+// Alerts and the file chooser. Main thread; both run an event loop of their own
+// until they are answered.
+#pragma once
+
+#include "app/system.h"
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace oxlade {
+
+class QtDialogs final : public Dialogs {
+  public:
+    /// `parent` gives the window that the dialogs belong to, or null while there
+    /// is none.
+    explicit QtDialogs(std::function<QWidget*()> parent);
+
+    bool runAlert(const Alert& alert) override;
+    /// Starts in the folder of the last choice, at first in the user's home.
+    std::optional<std::string> runOpenPanel(const OpenPanel& panel) override;
+
+  private:
+    std::function<QWidget*()> parent_;
+    QString folder_;
+};
+
+} // namespace oxlade

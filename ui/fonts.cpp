@@ -1,0 +1,35 @@
+#include "ui/fonts.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
+
+namespace oxlade {
+
+QFont interfaceFont(int pixels, QFont::Weight weight) {
+    QFont font = QApplication::font();
+    font.setPixelSize(pixels);
+    font.setWeight(weight);
+    return font;
+}
+
+QFont monospacedFont(int pixels) {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setStyleHint(QFont::Monospace);
+    font.setPixelSize(pixels);
+    font.setWeight(QFont::Normal);
+    return font;
+}
+
+void chooseInterfaceFont() {
+    const QString better = QStringLiteral("Inter");
+    QFont font = QApplication::font();
+    const QString family = QFontInfo{font}.family();
+    const bool none = family.startsWith(QLatin1String{"DejaVu"}) ||
+                      family.startsWith(QLatin1String{"Bitstream Vera"});
+    if (none && QFontDatabase::hasFamily(better)) font.setFamilies({better});
+    font.setPixelSize(13);
+    QApplication::setFont(font);
+}
+
+} // namespace oxlade

@@ -1,0 +1,81 @@
+#include "ui/main_menu.h"
+
+#include "platform/text.h"
+#include "ui/log_text_view.h"
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenuBar>
+
+#include <utility>
+
+namespace oxlade {
+namespace {
+
+QString plainTitle(const std::string& title) {
+    return toQString(title).replace(u'&', QStringLiteral("&&"));
+}
+
+QKeySequence commandKey(char letter) {
+    const auto key = Qt::Key(Qt::Key_A + (letter - 'a'));
+    return QKeySequence{QKeyCombination{Qt::ControlModifier, key}};
+}
+
+} // namespace
+
+MainMenu::MainMenu(QMainWindow& window) : window_{window} {
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget*, QWidget* to) { focusMoved(to); });
+}
+
+void MainMenu::install(const MenuTree& tree) {
+    editing_.clear();
+    auto* bar = new QMenuBar;
+    for (const Menu& description : tree) {
+        QMenu* menu = bar->addMenu(plainTitle(description.title));
+        for (const MenuItem& item : description.items) addItem(*menu, item);
+    }
+    // The window deletes the bar that it had.
+    window_.setMenuBar(bar);
+    bar_ = bar;
+    enableEditing();
+}
+
+void MainMenu::addItem(QMenu& menu, const MenuItem& item) {
+    QAction* action = menu.addAction(plainTitle(item.title));
+    action->setShortcut(commandKey(item.keyEquivalent));
+    const bool quits = item.action == MenuAction::terminate;
+    // Said for each: a Mac would otherwise guess it from the title.
+    action->setMenuRole(quits ? QAction::QuitRole : QAction::NoRole);
+    connect(action, &QAction::triggered, this, [this, what = item.action] { perform(what); });
+    if (!quits) editing_ << action;
+}
+
+void MainMenu::perform(MenuAction action) {
+    switch (action) {
+    case MenuAction::terminate:
+        QCoreApplication::exit();
+        return;
+    case MenuAction::copy:
+        if (auto* log = target()) log->copySelection();
+        return;
+    case MenuAction::selectAll:
+        if (auto* log = target()) log->selectEverything();
+        return;
+    }
+}
+
+void MainMenu::focusMoved(QWidget* to) {
+    const bool menu = qobject_cast<QMenuBar*>(to) != nullptr || qobject_cast<QMenu*>(to) != nullptr;
+    if (to == nullptr || menu) return;
+    focused_ = to;
+    enableEditing();
+}
+
+void MainMenu::enableEditing() {
+    for (QAction* action : std::as_const(editing_)) action->setEnabled(target() != nullptr);
+}
+
+LogTextView* MainMenu::target() const { return dynamic_cast<LogTextView*>(focused_.data()); }
+
+} // namespace oxlade

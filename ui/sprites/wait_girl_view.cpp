@@ -1,0 +1,86 @@
+#include "ui/sprites/wait_girl_view.h"
+
+#include "ui/layout.h"
+#include "ui/sprites/picture_geometry.h"
+#include "ui/sprites/sprite_decoder.h"
+#include "ui/sprites/wait_girl_frames.h"
+
+#include <QPainter>
+#include <QTimer>
+
+namespace oxlade {
+namespace {
+
+// The figure's place keeps its colours in every appearance.
+const QColor frameColor = QColor::fromRgbF(0.09F, 0.10F, 0.12F);
+const QColor screenColor = QColor::fromRgbF(0.83F, 0.90F, 0.93F);
+constexpr double frameCorner = 14;
+constexpr double screenCorner = 6;
+
+QImage toImage(const SpriteFrame& frame) {
+    const int bytesPerRow = frame.width * int(spriteBytesPerPixel);
+    return QImage{frame.pixels.data(), frame.width, frame.height, bytesPerRow,
+                  QImage::Format_RGBX8888}
+        .copy();
+}
+
+std::vector<QImage> decodedFrames() {
+    std::vector<QImage> images;
+    for (const SpriteBytes stored : wait_girl_frames)
+        images.push_back(toImage(std::get<SpriteFrame>(decodeSprite(stored))));
+    return images;
+}
+
+} // namespace
+
+WaitGirlView::WaitGirlView(std::function<bool()> reduceMotion, QWidget* parent)
+    : QWidget{parent}, reduceMotion_{std::move(reduceMotion)}, frames_{decodedFrames()} {}
+
+WaitGirlView::~WaitGirlView() = default;
+
+void WaitGirlView::startWaiting() {
+    const bool still = !sequence_.isRunning() && reduceMotion_ && reduceMotion_();
+    const WaitingStart start = sequence_.startWaiting(still);
+    update();
+    if (start != WaitingStart::animated) return;
+    timer_ = std::make_unique<QTimer>();
+    timer_->setTimerType(Qt::PreciseTimer);
+    timer_->callOnTimeout(this, [this] { tick(); });
+    timer_->start(frameInterval);
+}
+
+void WaitGirlView::stopWaiting() {
+    timer_.reset();
+    sequence_.stopWaiting();
+    update();
+}
+
+void WaitGirlView::showFrame(std::uint64_t index) {
+    sequence_.showFrame(index);
+    update();
+}
+
+void WaitGirlView::tick() {
+    sequence_.tick();
+    update();
+}
+
+void WaitGirlView::paintEvent(QPaintEvent*) {
+    QPainter painter{this};
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(frameColor);
+    painter.drawRoundedRect(rect(), frameCorner, frameCorner);
+    painter.setBrush(screenColor);
+    constexpr int inset = int(screenInset);
+    painter.drawRoundedRect(rect().adjusted(inset, inset, -inset, -inset), screenCorner,
+                            screenCorner);
+    if (frameIndex() >= frames_.size()) return;
+    const PictureRect target = placePicture({0, 0, double(width()), double(height())}).target;
+    const QRect place{int(target.x), int(target.y), int(target.width), int(target.height)};
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.drawImage(fromBottomLeft(place, height()), frames_[frameIndex()]);
+}
+
+} // namespace oxlade

@@ -1,0 +1,67 @@
+// The views that only show something: the status light, the progress bar, and the
+// panels that they stand on.
+#pragma once
+
+#include "app/controls.h"
+
+#include <QWidget>
+
+namespace oxlade {
+
+class TextField;
+
+/// A filled circle. It takes its colour's value from the palette at each paint.
+class StatusLight final : public QWidget, public StatusDot {
+  public:
+    using QWidget::QWidget;
+    void setBackgroundColor(SemanticColor color) override;
+    SemanticColor backgroundColor() const { return color_; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    SemanticColor color_ = SemanticColor::tertiaryLabelColor;
+};
+
+/// A slim bar with round ends, vertically centred in its frame; 0 to 100.
+class ProgressBar final : public QWidget, public ProgressIndicator {
+  public:
+    using QWidget::QWidget;
+    static constexpr double minimum = 0, maximum = 100;
+
+    void setDoubleValue(double value) override;
+    double doubleValue() const { return value_; }
+    /// The text that says what the progress is of, for a screen reader.
+    void setDescribedBy(const TextField& field) { described_ = &field; }
+    QString description() const;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    double value_ = minimum;
+    const TextField* described_ = nullptr;
+};
+
+/// A softly bordered, translucent panel.
+class CardView final : public QWidget {
+  public:
+    using QWidget::QWidget;
+    static constexpr double cornerRadius = 12;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+/// The rounded ground under the log.
+class LogPanel final : public QWidget {
+  public:
+    using QWidget::QWidget;
+    static constexpr double cornerRadius = 12;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+} // namespace oxlade

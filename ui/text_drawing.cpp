@@ -1,0 +1,58 @@
+#include "ui/text_drawing.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace oxlade {
+namespace {
+
+int widestDigit(const QFontMetrics& metrics) {
+    int widest = 0;
+    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
+        widest = std::max(widest, metrics.horizontalAdvance(QChar{digit}));
+    return widest;
+}
+
+double startOf(const QRectF& frame, int width, Qt::Alignment alignment) {
+    if (alignment & Qt::AlignRight) return frame.right() - width;
+    if (alignment & Qt::AlignHCenter) return std::floor(frame.center().x() - width / 2.0);
+    return frame.left();
+}
+
+} // namespace
+
+int centredBaseline(const QRectF& frame, const QFontMetrics& metrics) {
+    return static_cast<int>(std::lround(frame.center().y() + metrics.capHeight() / 2.0));
+}
+
+void drawLine(QPainter& painter, const QRectF& frame, const QString& text,
+              Qt::Alignment alignment) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const double x = startOf(frame, metrics.horizontalAdvance(text), alignment);
+    painter.drawText(QPointF{x, double(centredBaseline(frame, metrics))}, text);
+}
+
+int steadyWidth(const QString& text, const QFontMetrics& metrics) {
+    int width = 0;
+    for (const QChar c : text)
+        width += c.isDigit() ? widestDigit(metrics) : metrics.horizontalAdvance(c);
+    return width;
+}
+
+void drawSteadyLine(QPainter& painter, const QRectF& frame, const QString& text,
+                    Qt::Alignment alignment) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int cell = widestDigit(metrics);
+    double x = startOf(frame, steadyWidth(text, metrics), alignment);
+    const double y = centredBaseline(frame, metrics);
+    for (const QChar c : text) {
+        const int advance = metrics.horizontalAdvance(c);
+        const int room = c.isDigit() ? cell : advance;
+        painter.drawText(QPointF{x + (room - advance) / 2.0, y}, c);
+        x += room;
+    }
+}
+
+} // namespace oxlade

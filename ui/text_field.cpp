@@ -1,0 +1,82 @@
+#include "ui/text_field.h"
+
+#include "platform/text.h"
+#include "ui/fonts.h"
+#include "ui/palette.h"
+#include "ui/text_drawing.h"
+
+#include <QAccessible>
+#include <QPainter>
+#include <QTextLayout>
+
+#include <algorithm>
+
+namespace oxlade {
+
+TextField::TextField(const TextStyle& style, QWidget* parent) : QWidget{parent}, style_{style} {
+    setFont(interfaceFont(style.pixels, style.weight));
+}
+
+bool TextField::setText(std::string_view text) {
+    if (text == utf8_) return false;
+    utf8_ = text;
+    text_ = toQString(text);
+    update();
+    if (style_.announced && QAccessible::isActive()) {
+        QAccessibleEvent event{this, QAccessible::NameChanged};
+        QAccessible::updateAccessibility(&event);
+    }
+    return true;
+}
+
+void TextField::setColor(SemanticColor color) {
+    if (color == style_.color) return;
+    style_.color = color;
+    update();
+}
+
+QSize TextField::sizeHint() const {
+    return {fontMetrics().horizontalAdvance(text_), fontMetrics().height()};
+}
+
+QStringList TextField::displayedLines() const {
+    if (style_.truncation == Truncation::twoLines) return wrappedLines();
+    const auto mode = style_.truncation == Truncation::middle ? Qt::ElideMiddle : Qt::ElideRight;
+    QString line = text_;
+    line.replace(u'\n', u' ');
+    return {fontMetrics().elidedText(line, mode, width())};
+}
+
+QStringList TextField::wrappedLines() const {
+    QString source = text_;
+    source.replace(u'\n', QChar::LineSeparator);
+    QTextLayout layout{source, font()};
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    QStringList lines;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid() && lines.size() < 2;
+         line = layout.createLine()) {
+        line.setLineWidth(width());
+        lines << source.mid(line.textStart(), line.textLength()).trimmed();
+    }
+    layout.endLayout();
+    return lines;
+}
+
+void TextField::paintEvent(QPaintEvent*) {
+    QPainter painter{this};
+    painter.setPen(color(style_.color, palette()));
+    const QStringList lines = displayedLines();
+    // Some fonts want more height for two lines than the frame has: it is shared.
+    const int rows = style_.truncation == Truncation::twoLines ? 2 : 1;
+    const double pitch = double(height()) / rows;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const QRectF row{0, pitch * double(i), double(width()), pitch};
+        const auto draw = style_.monospacedDigits ? drawSteadyLine : drawLine;
+        draw(painter, row, lines[i], style_.alignment);
+    }
+}
+
+} // namespace oxlade
