@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <chrono>
 #include <csignal>
 
 namespace oxlade::simulator::test {
@@ -143,9 +144,11 @@ TEST_F(ChildTest, HoldsTheOutputOpenInSilence) {
     EXPECT_EQ(run.readToEnd(), "");
 }
 
-TEST_F(ChildTest, GoesAfterItsTime) {
-    auto run = check(with("grandchild=0.05"));
+TEST_F(ChildTest, StaysForItsTimeAndGoes) {
+    const auto started = std::chrono::steady_clock::now();
+    auto run = check(with("grandchild=0.3"));
     EXPECT_EQ(run.readToEnd(), greeting);
+    EXPECT_GE(std::chrono::steady_clock::now() - started, std::chrono::milliseconds(300));
 }
 
 TEST_F(ChildTest, OutlivesAHelperThatIsKilled) {
@@ -155,6 +158,18 @@ TEST_F(ChildTest, OutlivesAHelperThatIsKilled) {
     EXPECT_EQ(::kill(child(), 0), 0);
     ::kill(child(), SIGKILL);
     EXPECT_THAT(run.readToEnd(), EndsWith("Write 50%\r"));
+}
+
+TEST_F(ChildTest, TalksWhileTheHelperRuns) {
+    auto run = check(with("chatter=0," + gateAt("info")));
+    std::string said;
+    EXPECT_TRUE(eventually([&] {
+        said += run.readAvailable();
+        return said.find("The helper's child is still here.\n") != said.npos;
+    }));
+    openGate();
+    run.readToEnd();
+    EXPECT_EQ(run.wait(), 0);
 }
 
 TEST_F(ChildTest, TalksOnWhenTheHelperHasEnded) {

@@ -1,5 +1,6 @@
 #include "tests/simulator/simulator_fixture.h"
 
+#include <chrono>
 #include <filesystem>
 
 namespace oxlade::simulator::test {
@@ -29,6 +30,22 @@ TEST_F(SimulatorTest, FlashesTheImageAndReportsEveryPercent) {
                                    "Verifying... ok\nOS upload complete.\n");
     EXPECT_EQ(run.wait(), 0);
     EXPECT_TRUE(flashIsWhole());
+}
+
+// A run may take longer on a busy machine, never shorter.
+TEST_F(SimulatorTest, TakesItsTimeAtTheSpeedAskedFor) {
+    using namespace std::chrono_literals;
+    const auto lasts = [this](const std::vector<std::string>& arguments, const char* behaviour) {
+        const auto started = std::chrono::steady_clock::now();
+        Options options;
+        options.behaviour = behaviour;
+        HelperRun run(folder, arguments, options);
+        run.readToEnd();
+        return std::chrono::steady_clock::now() - started;
+    };
+    EXPECT_GE(lasts({"--info"}, ""), 800ms);
+    EXPECT_GE(lasts({"--info"}, "speed=0.5"), 1600ms);
+    EXPECT_GE(lasts({"--firmware", imagePath, "--yes"}, "speed=8"), 500ms);
 }
 
 TEST_F(SimulatorTest, PutsOnlyItsNoticeOnStandardError) {
