@@ -3,6 +3,7 @@
 
 #include "tools/sprite_encoder.h"
 
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <string_view>

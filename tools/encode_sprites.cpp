@@ -7,11 +7,15 @@
 #include "tools/sprite_encoder.h"
 #include "ui/sprites/picture_geometry.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <optional>
 #include <span>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace {
 

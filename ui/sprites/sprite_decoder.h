@@ -5,6 +5,7 @@
 #include "ui/sprites/sprite_palette.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>

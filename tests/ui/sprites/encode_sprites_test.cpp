@@ -1,5 +1,6 @@
 // The build's own tool, run as the build runs it.
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>

@@ -1,7 +1,8 @@
 #include "tests/ui/sprites/sprite_testing.h"
 #include "ui/sprites/wait_girl_frames.h"
 
-#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <gtest/gtest.h>
 
 namespace oxlade {

@@ -3,6 +3,7 @@
 #include "ui/sprites/wait_girl_frames.h"
 
 #include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 #include <random>
 

@@ -4,6 +4,7 @@
 #include "tools/sprite_encoder.h"
 #include "ui/sprites/sprite_decoder.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <map>

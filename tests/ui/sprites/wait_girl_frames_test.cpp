@@ -3,8 +3,9 @@
 #include "ui/sprites/sprite_rule.h"
 #include "ui/sprites/wait_girl_frames.h"
 
-#include <algorithm>
+#include <array>
 #include <functional>
+#include <vector>
 #include <gtest/gtest.h>
 
 namespace oxlade {
