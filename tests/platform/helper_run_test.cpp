@@ -1,0 +1,239 @@
+// Runs of a real process: what it says, how it ends, what it is started with.
+#include "tests/platform/recorded_run.h"
+#include "tests/platform/temporary_folder.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <random>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace oxlade {
+namespace {
+
+const std::string helper = OXLADE_TEST_HELPER;
+
+std::string outputOf(std::vector<std::string> arguments) {
+    RecordedRun run(helper, std::move(arguments));
+    EXPECT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(run.waitForExit());
+    return run.text();
+}
+
+std::int32_t statusOf(std::vector<std::string> arguments) {
+    RecordedRun run(helper, std::move(arguments));
+    EXPECT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(run.waitForExit());
+    return run.process->terminationStatus();
+}
+
+// Of the ordinary signals; the C library has two of its own above them.
+std::uint64_t signalSet(const std::string& status, std::string_view name) {
+    const auto place = status.find(name);
+    if (place == std::string::npos) return ~std::uint64_t{0};
+    return std::stoull(status.substr(place + name.size()), nullptr, 16) & 0x7FFFFFFF;
+}
+
+TEST(HelperRun, AllThatTheHelperWroteComesBeforeItsExit) {
+    std::mt19937 random(4000);
+    for (int i = 0; i < 250; ++i) {
+        const auto size = std::uniform_int_distribution(0, 200000)(random);
+        RecordedRun run(helper, {"print", std::to_string(size), "3"});
+        ASSERT_EQ(run.process->launch(), std::nullopt);
+        ASSERT_TRUE(run.waitForExit());
+        ASSERT_EQ(run.text().size(), static_cast<std::size_t>(size));
+        ASSERT_EQ(run.process->terminationStatus(), 3);
+        ASSERT_EQ(run.exits(), 1);
+        ASSERT_FALSE(run.heardAfterExit());
+    }
+}
+
+TEST(HelperRun, BothOutputsComeAsOneStreamInTheOrderOfWriting) {
+    std::string expected;
+    for (int i = 0; i < 100; ++i) expected += "out" + std::to_string(i) + '\n';
+    EXPECT_EQ(outputOf({"both"}), expected);
+}
+
+TEST(HelperRun, TheExitStatusIsReported) {
+    for (const int status : {0, 1, 7, 128, 255})
+        EXPECT_EQ(statusOf({"print", "10", std::to_string(status)}), status);
+}
+
+TEST(HelperRun, ADeathByASignalReportsTheSignalAndNeverSuccess) {
+    for (const int signal : {SIGKILL, SIGTERM, SIGHUP, SIGINT, SIGUSR1})
+        EXPECT_EQ(statusOf({"signal", std::to_string(signal)}), signal);
+}
+
+TEST(HelperRun, ASilentGrandchildThatHoldsThePipeDelaysNothing) {
+    const TemporaryFolder folder;
+    const auto lock = folder.file("lock");
+    RecordedRun run(helper, {"child", lock, "1000"});
+    ASSERT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(run.waitForExit()); // the grandchild lives longer than our patience
+    EXPECT_EQ(run.process->terminationStatus(), 5);
+    EXPECT_NE(run.text().find("last words of the helper"), std::string::npos);
+}
+
+TEST(HelperRun, ATalkingGrandchildDelaysNothingAndNoWordOfTheHelperIsLost) {
+    for (int i = 0; i < 20; ++i) {
+        const TemporaryFolder folder;
+        const auto lock = folder.file("lock");
+        RecordedRun run(helper, {"talking-child", lock, "50000"});
+        ASSERT_EQ(run.process->launch(), std::nullopt);
+        ASSERT_TRUE(run.waitForExit());
+        EXPECT_EQ(run.process->terminationStatus(), 5);
+        EXPECT_NE(run.text().find("last words of the helper"), std::string::npos);
+        EXPECT_FALSE(run.heardAfterExit());
+    }
+}
+
+TEST(HelperRun, AHelperThatClosesItsOutputRunsOnUntilItExits) {
+    const TemporaryFolder folder;
+    RecordedRun run(helper, {"close", folder.file("lock")});
+    ASSERT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(run.waitForEnd());
+    EXPECT_EQ(run.exits(), 0);
+    folder.remove("lock");
+    EXPECT_TRUE(run.waitForExit());
+    EXPECT_EQ(run.process->terminationStatus(), 9);
+    EXPECT_EQ(run.ends(), 1);
+}
+
+TEST(HelperRun, ArgumentsReachTheHelperByteForByte) {
+    const std::vector<std::string> arguments{"",     "--yes",       "two words",     "\"quoted\"",
+                                             "it's", "line\nbreak", "$HOME `id` \\", "\xFF\xC3",
+                                             "*?",   "\xD0\x96"};
+    std::string expected;
+    for (const auto& argument : arguments) {
+        for (const char byte : argument) {
+            constexpr char digits[] = "0123456789abcdef";
+            const auto value = static_cast<unsigned char>(byte);
+            (expected += digits[value >> 4]) += digits[value & 15];
+        }
+        expected += '\n';
+    }
+    auto all = arguments;
+    all.insert(all.begin(), "arguments");
+    EXPECT_EQ(outputOf(all), expected);
+}
+
+TEST(HelperRun, NoDescriptorOfOursReachesTheHelper) {
+    const int careless = open("/dev/null", O_RDONLY);
+    ASSERT_GT(careless, 2);
+    const auto list = outputOf({"descriptors"});
+    close(careless);
+    for (const char* const expected : {"1\n", "2\n"})
+        EXPECT_NE(list.find(expected), std::string::npos) << list;
+    EXPECT_LE(list.size(), std::string_view("0\n1\n2\n").size()) << list;
+}
+
+TEST(HelperRun, TheHelperLeadsASessionOfItsOwn) { EXPECT_EQ(outputOf({"session"}), "leader\n"); }
+
+TEST(HelperRun, TheHelperIgnoresBrokenPipesAndNoOtherSignal) {
+    std::signal(SIGUSR1, SIG_IGN);
+    std::signal(SIGINT, SIG_IGN);
+    sigset_t blocked;
+    sigset_t before;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    const auto status = outputOf({"status"});
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    std::signal(SIGUSR1, SIG_DFL);
+    std::signal(SIGINT, SIG_DFL);
+    EXPECT_EQ(signalSet(status, "SigBlk:"), 0u);
+    EXPECT_EQ(signalSet(status, "SigIgn:"), 1u << (SIGPIPE - 1));
+}
+
+TEST(HelperRun, AnExitStatusIsThereAlsoWhenChildrenWereIgnoredAtOurStart) {
+    std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(statusOf({"print", "0", "4"}), 4);
+}
+
+TEST(HelperRun, StandardInputDirectoryAndEnvironmentAreOurs) {
+    const TemporaryFolder folder;
+    const int ours = dup(0);
+    const int input = open(folder.file("input", "typed").c_str(), O_RDONLY | O_CLOEXEC);
+    dup2(input, 0);
+    close(input);
+    EXPECT_EQ(outputOf({"input"}), "typed");
+    if (ours >= 0) dup2(ours, 0);
+    setenv("OXLADE_TEST_WORD", "handed on", 1);
+    EXPECT_EQ(outputOf({"environment", "OXLADE_TEST_WORD"}), "handed on");
+    char here[4096];
+    EXPECT_EQ(outputOf({"directory"}), std::string(getcwd(here, sizeof here)) + '\n');
+}
+
+struct Refusal {
+    std::string path;
+    int error;
+};
+
+TEST(HelperRun, ARefusedLaunchGivesTheSystemsReasonAndCallsNobody) {
+    const TemporaryFolder folder;
+    const std::vector<Refusal> refusals{
+        {folder.path("missing"), ENOENT},
+        {folder.file("plain", "#!/bin/sh\n"), EACCES},
+        {folder.path(), EACCES},
+        {folder.program("text", "no program"), ENOEXEC},
+        {folder.program("empty"), ENOEXEC},
+        {folder.program("script", "#!/nowhere/interpreter\n"), ENOENT},
+        {folder.file("file") + "/below", ENOTDIR},
+        {"", ENOENT},
+    };
+    for (const auto& [path, error] : refusals) {
+        RecordedRun run(path, {}, PosixHelperProcesses(OXLADE_KEEPER));
+        EXPECT_EQ(run.process->launch(), std::system_category().message(error)) << path;
+        EXPECT_EQ(run.chunks() + run.ends() + run.exits(), 0);
+    }
+}
+
+TEST(HelperRun, CallbacksAreLetGoOfWhenTheRunIsOverAndWhenItNeverBegan) {
+    for (const std::string& path : {helper, std::string("/missing")}) {
+        const auto process = PosixHelperProcesses().make(path, {"print", "10"});
+        std::weak_ptr<int> watched;
+        {
+            const auto owned = std::make_shared<int>(1);
+            watched = owned;
+            process->setReadabilityHandler([owned, process](std::string_view) {});
+            process->setTerminationHandler([owned, process] {});
+        }
+        static_cast<void>(process->launch());
+        EXPECT_TRUE(eventually([&] { return watched.expired(); })) << path;
+    }
+}
+
+TEST(HelperRun, ACallbackMayRemoveItself) {
+    RecordedRun run(helper, {"print", "200000"});
+    std::atomic<int> calls{0};
+    run.process->setReadabilityHandler([&calls, &run](std::string_view) {
+        ++calls;
+        run.process->setReadabilityHandler({});
+    });
+    ASSERT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(run.waitForExit());
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(HelperRun, LettingGoOfTheRunLeavesTheHelperAlone) {
+    const TemporaryFolder folder;
+    RecordedRun run(helper, {"until-gone", folder.file("lock")});
+    ASSERT_EQ(run.process->launch(), std::nullopt);
+    ASSERT_TRUE(run.waitForText("waiting"));
+    run.process.reset();
+    EXPECT_EQ(run.exits(), 0);
+    folder.remove("lock");
+    EXPECT_TRUE(run.waitForExit());
+}
+
+TEST(HelperRun, AFloodIsTakenAsFastAsItComes) {
+    RecordedRun run(helper, {"print", "20000000"});
+    ASSERT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(run.waitForExit());
+    EXPECT_EQ(run.text().size(), 20000000u);
+}
+
+} // namespace
+} // namespace oxlade

@@ -1,0 +1,129 @@
+// A helper for the tests that does one thing, told by its first argument, and
+// knows nothing of the library.
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+void put(std::string_view text, int descriptor = 1) {
+    while (!text.empty()) {
+        const ssize_t done = write(descriptor, text.data(), text.size());
+        if (done < 0 && errno == EINTR) continue;
+        if (done < 0) return;
+        text.remove_prefix(static_cast<std::size_t>(done));
+    }
+}
+
+void putHex(const char* text) {
+    for (; *text != '\0'; ++text) {
+        char digits[3];
+        std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(*text));
+        put(digits);
+    }
+    put("\n");
+}
+
+void putFile(const char* path) {
+    const int file = open(path, O_RDONLY | O_CLOEXEC);
+    char buffer[4096];
+    for (ssize_t got; (got = read(file, buffer, sizeof buffer)) > 0;)
+        put({buffer, static_cast<std::size_t>(got)});
+    close(file);
+}
+
+// The numbers of all open descriptors but the one that lists them.
+void putDescriptors() {
+    DIR* folder = opendir("/proc/self/fd");
+    const std::string own = std::to_string(dirfd(folder));
+    while (const dirent* entry = readdir(folder))
+        if (entry->d_name[0] != '.' && own != entry->d_name) put(std::string(entry->d_name) + '\n');
+    closedir(folder);
+}
+
+// Lines of text, `count` bytes in all.
+void putBytes(long count) {
+    std::string text;
+    for (long i = 0; static_cast<long>(text.size()) < count; ++i)
+        text += "line " + std::to_string(i) + '\n';
+    put(text.substr(0, static_cast<std::size_t>(count)));
+}
+
+// Becomes a grandchild that holds the pipe until the file goes, or for a minute.
+void leaveChild(const char* untilGone, bool talks) {
+    if (fork() != 0) return;
+    for (int i = 0; i < 60000 && access(untilGone, F_OK) == 0; ++i) {
+        if (talks)
+            put("grandchild\n");
+        else
+            usleep(1000);
+    }
+    _exit(0);
+}
+
+// Prints lines for a while and gives up when one cannot be written.
+int strict(const char* marker, long milliseconds) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    const std::string line(100, 'x');
+    while (std::chrono::steady_clock::now() < end) {
+        if (write(1, line.data(), line.size()) < 0) return 3;
+        usleep(100);
+    }
+    close(open(marker, O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::string_view mode = argc > 1 ? argv[1] : "";
+    const char* const first = argc > 2 ? argv[2] : "";
+    const char* const second = argc > 3 ? argv[3] : "0";
+    if (mode == "print") putBytes(std::atol(first));
+    if (mode == "print") return std::atoi(second);
+    if (mode == "signal") return std::raise(std::atoi(first));
+    if (mode == "arguments")
+        for (int i = 2; i < argc; ++i) putHex(argv[i]);
+    if (mode == "descriptors") putDescriptors();
+    if (mode == "status") putFile("/proc/self/status");
+    if (mode == "session") put(getsid(0) == getpid() ? "leader\n" : "member\n");
+    if (mode == "pid") put(std::to_string(getpid()) + '\n');
+    if (mode == "directory") put(std::string(getcwd(nullptr, 0)) + '\n');
+    if (mode == "environment") put(std::string(std::getenv(first) ? std::getenv(first) : "none"));
+    if (mode == "input") putFile("/proc/self/fd/0");
+    if (mode == "both") {
+        for (int i = 0; i < 100; ++i) put("out" + std::to_string(i) + '\n', 1 + i % 2);
+    }
+    if (mode == "child" || mode == "talking-child") {
+        leaveChild(first, mode == "talking-child");
+        putBytes(std::atol(second));
+        put("\nlast words of the helper\n");
+        return 5;
+    }
+    if (mode == "until-gone") {
+        put("waiting\n");
+        while (access(first, F_OK) == 0) usleep(1000);
+    }
+    if (mode == "close") {
+        put("closing\n");
+        close(1);
+        close(2);
+        while (access(first, F_OK) == 0) usleep(1000);
+        return 9;
+    }
+    if (mode == "strict") return strict(first, std::atol(second));
+    if (mode == "strict-child") {
+        leaveChild(argv[4], true);
+        return strict(first, std::atol(second));
+    }
+    return 0;
+}
