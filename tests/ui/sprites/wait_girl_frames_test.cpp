@@ -5,8 +5,8 @@
 
 #include <array>
 #include <functional>
-#include <vector>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace oxlade {
 namespace {
