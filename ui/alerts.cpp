@@ -37,9 +37,17 @@ QPushButton* addButtons(QMessageBox& box, std::vector<std::string> titles) {
     return first;
 }
 
-/// Every text of the box as it is, without markup.
-void makePlain(QMessageBox& box) {
-    for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+/// Every text of the box as it is, without markup; the message above the rest of it.
+void dressTexts(QMessageBox& box) {
+    constexpr int textWidth = 340;
+    for (QLabel* label : box.findChildren<QLabel*>()) {
+        if (!label->pixmap().isNull()) continue;
+        const bool message = label->text() == box.text();
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        label->setFont(interfaceFont(13, message ? QFont::DemiBold : QFont::Normal));
+        label->setFixedWidth(textWidth);
+    }
 }
 
 /// Matches the ending in any case, also where the desktop's own chooser compares
@@ -68,7 +76,7 @@ bool QtDialogs::runAlert(const Alert& alert) {
     box.setText(toQString(alert.messageText));
     box.setInformativeText(toQString(alert.informativeText));
     const QPushButton* first = addButtons(box, alert.buttons);
-    makePlain(box);
+    dressTexts(box);
     box.exec();
     return box.clickedButton() == first;
 }

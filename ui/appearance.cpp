@@ -11,6 +11,11 @@ Appearance::Appearance() : desktop_{QApplication::palette()} {
     qApp->installEventFilter(this);
 }
 
+Appearance::~Appearance() {
+    qApp->removeEventFilter(this);
+    QApplication::setPalette(QPalette{});
+}
+
 void Appearance::setPreference(std::optional<Scheme> preference) {
     preference_ = preference;
     apply();

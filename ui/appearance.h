@@ -14,6 +14,8 @@ class Appearance final : public QObject {
   public:
     /// Takes over the application's palette at once.
     Appearance();
+    /// Gives the palette back to the desktop.
+    ~Appearance() override;
 
     /// What the user asked the desktop for; nothing: judged by the palette that
     /// the desktop gives.

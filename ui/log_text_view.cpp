@@ -14,7 +14,7 @@ namespace {
 constexpr int inset = 10;
 constexpr int frameMilliseconds = 16;
 constexpr int sliceMilliseconds = 10;
-constexpr qsizetype pieceLength = 8 * 1024;
+constexpr qsizetype pieceLength = 32 * 1024;
 
 } // namespace
 
@@ -59,7 +59,7 @@ void LogTextView::takeSlice(int milliseconds) {
     scrollToEnd();
     sinceSlice_.start();
     if (isBehind())
-        nextSlice_.start(frameMilliseconds - sliceMilliseconds);
+        nextSlice_.start(1);
     else
         nextSlice_.stop();
 }

@@ -4,6 +4,7 @@
 // and so follows every change of the desktop's appearance.
 #pragma once
 
+#include "platform/desktop_settings.h"
 #include "ui/semantic_color.h"
 
 #include <QColor>
@@ -11,7 +12,7 @@
 
 namespace oxlade {
 
-enum class Scheme { light, dark };
+using Scheme = ColorScheme;
 
 /// Dark when the palette's window is darker than the text on it.
 Scheme schemeOf(const QPalette& palette);
