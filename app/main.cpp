@@ -1,0 +1,57 @@
+// The entry point: puts the pieces together and runs the event loop.
+#include "app/app_delegate.h"
+#include "app/build_facts.h"
+#include "i18n/language_choice.h"
+#include "i18n/string_table.h"
+#include "platform/bundle.h"
+#include "platform/desktop_settings.h"
+#include "platform/file_system.h"
+#include "platform/helper_process.h"
+#include "platform/login_manager.h"
+#include "platform/main_queue.h"
+#include "platform/preferred_languages.h"
+#include "platform/user_defaults.h"
+#include "platform/workspace.h"
+#include "ui/alerts.h"
+#include "ui/qt_user_interface.h"
+
+#include <QApplication>
+#include <QTimer>
+
+using namespace oxlade;
+
+int main(int argc, char* argv[]) {
+    // The program has no options, not even those that the toolkit would take.
+    argc = 1;
+    QApplication application{argc, argv};
+
+    StoredUserDefaults userDefaults;
+    CurrentLanguage =
+        languageAtStart(userDefaults.string(interfaceLanguageKey), preferredLanguages());
+
+    ApplicationBundle bundle{executableDirectory()};
+    PosixFileSystem fileSystem;
+    LoginManagerSleepLock sleepLock;
+    PosixHelperProcesses helperProcesses{executableDirectory() + "/oxlade-keeper", &sleepLock};
+    DesktopWorkspace workspace;
+    DesktopSettings desktop;
+    const auto mainQueue = std::make_shared<PosixMainQueue>();
+    const MainQueuePump pump{mainQueue};
+
+    QtUserInterface userInterface{
+        {bundle.version(), websiteLabel, [&desktop] { return desktop.shouldReduceMotion(); }}};
+    const auto followColorScheme = [&] { userInterface.setColorScheme(desktop.colorScheme()); };
+    desktop.setChangeHandler(followColorScheme);
+    followColorScheme();
+    QtDialogs dialogs{[&userInterface] { return userInterface.window(); }};
+
+    const auto delegate = std::make_shared<AppDelegate>(
+        System{mainQueue, helperProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
+        userInterface, websiteAddress);
+    delegate->installMainMenu();
+    QApplication::setQuitOnLastWindowClosed(
+        delegate->applicationShouldTerminateAfterLastWindowClosed());
+    QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
+    QApplication::exec();
+    return 0;
+}

@@ -1,0 +1,43 @@
+# Which Debian packages what needs, and how they get here. Sourced by the other
+# scripts; bash.
+
+build_packages=(g++ cmake ninja-build qt6-base-dev qt6-qpa-plugins fonts-inter fonts-dejavu-core)
+# A display of our own, and hands and eyes to use a window in it.
+display_packages=(xvfb openbox xdotool dbus at-spi2-core gir1.2-atspi-2.0 python3-pyatspi
+                  imagemagick x11-utils x11-xserver-utils procps)
+test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales python3-dbusmock)
+
+# ensure_packages NAME...: installs those that are missing, and says so first.
+ensure_packages() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
+            missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || {
+            echo "These packages are missing, and there is neither root nor sudo to install them: ${missing[*]}" >&2
+            return 1
+        }
+        as_root=(sudo)
+    fi
+    echo "Installing with apt-get: ${missing[*]}"
+    local log
+    log=$(mktemp)
+    if ! { "${as_root[@]}" apt-get update &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 </dev/null; then
+        tail -n 20 "$log" >&2
+        echo "The installation failed; all of its output is in $log" >&2
+        return 1
+    fi
+    rm -f "$log"
+}
+
+# configure PRESET: only where that was not done yet; a build notices by itself
+# when it has to be done again.
+configure() {
+    [ -f "build/$1/build.ninja" ] || cmake --preset "$1" >/dev/null
+}
