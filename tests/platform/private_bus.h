@@ -1,0 +1,139 @@
+// A message bus for one test program, and stand-ins for the services on it.
+#pragma once
+
+#include "platform/descriptor.h"
+#include "platform/spawn.h"
+#include "tests/platform/temporary_folder.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QEventLoop>
+#include <QString>
+
+#include <chrono>
+#include <fcntl.h>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace oxlade {
+
+/// Lets the event loop run until it is so; false when the deadline has passed.
+template <typename Condition>
+bool eventuallyInEventLoop(Condition condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return true;
+}
+
+/// A bus that knows no service to start, for the session and for the system. A
+/// shell holds it, and ends it when the test program is no more, however that
+/// came about.
+class PrivateBus final {
+  public:
+    PrivateBus() {
+        auto output = makePipe();
+        auto input = makePipe();
+        const Descriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
+        const int error = spawn(
+            {"/bin/sh", {"-c", script, configuration()}, &input->first, &output->second, &nowhere},
+            shell_);
+        EXPECT_EQ(error, 0);
+        lifeline_ = std::move(input->second);
+        output->second.reset();
+        for (char byte = 0; read(output->first.get(), &byte, 1) == 1 && byte != '\n';)
+            address_ += byte;
+        EXPECT_FALSE(address_.empty()) << "no dbus-daemon";
+        setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
+        setenv("DBUS_SYSTEM_BUS_ADDRESS", address_.c_str(), 1);
+    }
+    ~PrivateBus() {
+        lifeline_.reset();
+        waitpid(shell_, nullptr, 0);
+    }
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+
+    const std::string& address() const { return address_; }
+
+  private:
+    static constexpr const char* script =
+        "exec 3<&0; dbus-daemon --config-file=\"$0\" --print-address --nofork </dev/null 3<&- & "
+        "read -r line <&3; kill $!";
+
+    std::string configuration() const {
+        return folder_.file(
+            "bus.conf", "<busconfig><type>session</type><listen>unix:path=" + folder_.path("bus") +
+                            "</listen><policy context=\"default\"><allow send_destination=\"*\"/>"
+                            "<allow receive_sender=\"*\"/><allow own=\"*\"/></policy></busconfig>");
+    }
+
+    const TemporaryFolder folder_;
+    pid_t shell_ = 0;
+    Descriptor lifeline_;
+    std::string address_;
+};
+
+/// The bus and the application object of the whole test program.
+class BusEnvironment final : public testing::Environment {
+  public:
+    void SetUp() override {
+        bus_ = std::make_unique<PrivateBus>();
+        application_ = std::make_unique<QCoreApplication>(count_, arguments_);
+        address = bus_->address();
+    }
+    void TearDown() override {
+        application_.reset();
+        bus_.reset();
+    }
+
+    static inline std::string address;
+
+  private:
+    int count_ = 1;
+    char name_[5] = "test";
+    char* arguments_[2] = {name_, nullptr};
+    std::unique_ptr<PrivateBus> bus_;
+    std::unique_ptr<QCoreApplication> application_;
+};
+
+/// A service that answers calls on one object as it is told, or not at all.
+class StandIn final : public QDBusVirtualObject {
+  public:
+    using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage& call)>;
+
+    StandIn(const QString& service, const QString& path, Answer answer)
+        : bus_(QDBusConnection::connectToBus(QString::fromStdString(BusEnvironment::address),
+                                             QStringLiteral("stand-in"))),
+          answer_(std::move(answer)) {
+        EXPECT_TRUE(bus_.registerVirtualObject(path, this));
+        EXPECT_TRUE(bus_.registerService(service));
+    }
+    ~StandIn() override { QDBusConnection::disconnectFromBus(QStringLiteral("stand-in")); }
+
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& call, const QDBusConnection&) override {
+        calls.push_back(call);
+        if (const auto reply = answer_(call)) send(*reply);
+        return true;
+    }
+    void send(const QDBusMessage& message) { bus_.send(message); }
+
+    std::vector<QDBusMessage> calls;
+
+  private:
+    QDBusConnection bus_;
+    Answer answer_;
+};
+
+} // namespace oxlade
