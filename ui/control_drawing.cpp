@@ -60,9 +60,9 @@ void drawPanel(QPainter& painter, const QRectF& frame, double radius, const QCol
     painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
 }
 
-void drawFocusRing(QPainter& painter, const QRectF& shape, double radius, const QColor& accent) {
+void drawFocusRing(QPainter& painter, const QRectF& shape, double radius, const QPalette& palette) {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen{accent, 2});
+    painter.setPen(QPen{markColor(palette), 2});
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(shape.adjusted(-2, -2, 2, 2), radius + 2, radius + 2);
 }
@@ -79,8 +79,13 @@ SwitchColors switchColors(const QPalette& palette) {
             color(SemanticColor::secondaryLabelColor, scheme)};
 }
 
+QColor markColor(const QPalette& palette) {
+    return seenOn(cardColor(schemeOf(palette)),
+                  palette.color(QPalette::Active, QPalette::Highlight));
+}
+
 BarColors barColors(const QPalette& palette) {
-    return {ink(schemeOf(palette), 0.10), palette.color(QPalette::Active, QPalette::Highlight)};
+    return {ink(schemeOf(palette), 0.10), markColor(palette)};
 }
 
 } // namespace oxlade

@@ -13,7 +13,7 @@ namespace oxlade {
 void drawPanel(QPainter& painter, const QRectF& frame, double radius, const QColor& fill,
                const QColor& edge);
 /// The keyboard's focus: a ring of two points, one point outside the shape.
-void drawFocusRing(QPainter& painter, const QRectF& shape, double radius, const QColor& accent);
+void drawFocusRing(QPainter& painter, const QRectF& shape, double radius, const QPalette& palette);
 
 struct ButtonState {
     bool enabled = true;
@@ -35,6 +35,8 @@ SwitchColors switchColors(const QPalette& palette);
 struct BarColors {
     QColor trough, done;
 };
+/// The accent as a ring or a bar on a card.
+QColor markColor(const QPalette& palette);
 BarColors barColors(const QPalette& palette);
 
 } // namespace oxlade

@@ -23,7 +23,7 @@ class MainWindow final : public QMainWindow, public Window {
     /// References to its widgets.
     Controls controls();
     void setMenu(const MenuTree& menu) { menu_.install(menu); }
-    const WindowContent& content() const { return *content_; }
+    WindowContent& content() const { return *content_; }
     const MainMenu& menu() const { return menu_; }
 
   protected:

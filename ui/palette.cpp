@@ -10,6 +10,7 @@ namespace oxlade {
 namespace {
 
 constexpr double readable = 4.5;
+constexpr double visible = 3;
 
 QColor translucent(QRgb rgb, double alpha) {
     QColor result{rgb};
@@ -128,8 +129,8 @@ QColor accentColor(Scheme scheme) {
 QColor accentOf(const QPalette& desktop, Scheme scheme) {
     QColor highlight = desktop.color(QPalette::Active, QPalette::Highlight);
     highlight.setAlpha(255);
-    const bool visible = contrast(highlight, cardColor(scheme)) >= 1.8;
-    return visible && highlight != styleHighlight() ? highlight : accentColor(scheme);
+    const bool stands = contrast(highlight, cardColor(scheme)) >= 1.8;
+    return stands && highlight != styleHighlight() ? highlight : accentColor(scheme);
 }
 
 QPalette interfacePalette(Scheme scheme, const QColor& accent) {
@@ -156,16 +157,24 @@ QPalette interfacePalette(Scheme scheme, const QColor& accent) {
 }
 
 QColor over(const QColor& top, const QColor& below) {
-    const auto mix = [alpha = top.alphaF()](float a, float b) {
-        return a * alpha + b * (1 - alpha);
+    const auto mix = [alpha = double(top.alphaF())](int a, int b) {
+        return int(std::lround(a * alpha + b * (1 - alpha)));
     };
-    return QColor::fromRgbF(mix(top.redF(), below.redF()), mix(top.greenF(), below.greenF()),
-                            mix(top.blueF(), below.blueF()));
+    return {mix(top.red(), below.red()), mix(top.green(), below.green()),
+            mix(top.blue(), below.blue())};
 }
 
 double contrast(const QColor& a, const QColor& b) {
     const double first = luminance(a), second = luminance(b);
     return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+QColor seenOn(const QColor& ground, QColor accent) {
+    QColor veil = luminance(ground) < 0.2 ? QColor{Qt::white} : QColor{Qt::black};
+    veil.setAlphaF(0.1F);
+    for (int step = 0; step < 20 && contrast(accent, ground) < visible; ++step)
+        accent = over(veil, accent);
+    return accent;
 }
 
 QColor textOn(const QColor& fill) {

@@ -41,6 +41,9 @@ QPalette interfacePalette(Scheme scheme, const QColor& accent);
 QColor over(const QColor& top, const QColor& below);
 /// The contrast of two opaque colours, 1 to 21.
 double contrast(const QColor& a, const QColor& b);
+/// The accent for a line or a bar on the opaque ground: moved away from it where it
+/// would not stand out.
+QColor seenOn(const QColor& ground, QColor accent);
 /// Black or white, whichever reads better on the opaque fill; white when it reads
 /// well enough.
 QColor textOn(const QColor& fill);

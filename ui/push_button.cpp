@@ -73,9 +73,7 @@ void PushButton::paintEvent(QPaintEvent*) {
     const ButtonState state{isEnabled(), underMouse(), isDown(), filled};
     const ButtonColors colors = buttonColors(palette(), state);
     drawPanel(painter, shape(), corner, colors.fill, colors.edge);
-    if (focusRing_.isShownOn(*this))
-        drawFocusRing(painter, shape(), corner,
-                      palette().color(QPalette::Active, QPalette::Highlight));
+    if (focusRing_.isShownOn(*this)) drawFocusRing(painter, shape(), corner, palette());
     painter.setPen(colors.text);
     drawLine(painter, shape(), shownText(text()), Qt::AlignHCenter);
 }

@@ -30,10 +30,8 @@ void Segment::paintEvent(QPaintEvent*) {
     const SwitchColors colors = switchColors(palette());
     const QRectF thumb = rect().adjusted(thumbInset, thumbInset, -thumbInset, -thumbInset);
     if (isChecked()) drawPanel(painter, thumb, thumbCorner, colors.thumb, colors.thumbEdge);
-    if (focusRing_.isShownOn(*this)) {
-        const QColor accent = palette().color(QPalette::Active, QPalette::Highlight);
-        drawFocusRing(painter, thumb.adjusted(1, 1, -1, -1), thumbCorner - 1, accent);
-    }
+    if (focusRing_.isShownOn(*this))
+        drawFocusRing(painter, thumb.adjusted(1, 1, -1, -1), thumbCorner - 1, palette());
     painter.setFont(interfaceFont(13, isChecked() ? QFont::Medium : QFont::Normal));
     painter.setPen(isChecked() || isDown() ? colors.chosenText : colors.otherText);
     drawLine(painter, rect(), text(), Qt::AlignHCenter);

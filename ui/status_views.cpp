@@ -30,7 +30,7 @@ void StatusLight::paintEvent(QPaintEvent*) {
 void ProgressBar::setDoubleValue(double value) {
     const double shown = std::isnan(value) ? minimum : std::clamp(value, minimum, maximum);
     if (shown == value_) return;
-    const bool heard = std::floor(shown) != std::floor(value_) && QAccessible::isActive();
+    const bool heard = std::floor(shown) != std::floor(value_);
     value_ = shown;
     update();
     if (!heard) return;

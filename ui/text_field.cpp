@@ -22,7 +22,7 @@ bool TextField::setText(std::string_view text) {
     utf8_ = text;
     text_ = toQString(text);
     update();
-    if (style_.announced && QAccessible::isActive()) {
+    if (style_.announced) {
         QAccessibleEvent event{this, QAccessible::NameChanged};
         QAccessible::updateAccessibility(&event);
     }
@@ -65,18 +65,23 @@ QStringList TextField::wrappedLines() const {
     return lines;
 }
 
+/// Some fonts want more height for two lines than the frame has: it is shared.
+QRectF TextField::rowFrame(qsizetype row) const {
+    const double pitch = height() / (style_.truncation == Truncation::twoLines ? 2.0 : 1.0);
+    return {0, pitch * double(row), double(width()), pitch};
+}
+
+int TextField::baselineOfRow(int row) const {
+    return centredBaseline(rowFrame(row), fontMetrics());
+}
+
 void TextField::paintEvent(QPaintEvent*) {
     QPainter painter{this};
     painter.setPen(color(style_.color, palette()));
+    const auto draw = style_.monospacedDigits ? drawSteadyLine : drawLine;
     const QStringList lines = displayedLines();
-    // Some fonts want more height for two lines than the frame has: it is shared.
-    const int rows = style_.truncation == Truncation::twoLines ? 2 : 1;
-    const double pitch = double(height()) / rows;
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        const QRectF row{0, pitch * double(i), double(width()), pitch};
-        const auto draw = style_.monospacedDigits ? drawSteadyLine : drawLine;
-        draw(painter, row, lines[i], style_.alignment);
-    }
+    for (qsizetype row = 0; row < lines.size(); ++row)
+        draw(painter, rowFrame(row), lines[row], style_.alignment);
 }
 
 } // namespace oxlade

@@ -40,6 +40,8 @@ class TextField : public QWidget {
     const QString& text() const { return text_; }
     /// The lines as they are drawn, shortened.
     QStringList displayedLines() const;
+    /// The height, from the top, of the line's baseline.
+    int baselineOfRow(int row) const;
     /// As wide as the text, one line high.
     QSize sizeHint() const override;
 
@@ -51,6 +53,7 @@ class TextField : public QWidget {
 
   private:
     QStringList wrappedLines() const;
+    QRectF rowFrame(qsizetype row) const;
 
     TextStyle style_;
     std::string utf8_; ///< what is shown, as it was given: cheap to compare

@@ -34,7 +34,7 @@ struct Program {
 
     void start() { delegate->applicationDidFinishLaunching(); }
     MainWindow& window() const { return static_cast<MainWindow&>(*interface->window()); }
-    const WindowContent& content() const { return window().content(); }
+    WindowContent& content() const { return window().content(); }
     /// What the helper that runs prints.
     void print(std::string_view bytes) {
         processes.last.lock()->print(bytes);

@@ -1,0 +1,183 @@
+// Alerts and the file chooser, answered by keys as a person would.
+#include "platform/text.h"
+#include "tests/gui/program.h"
+#include "ui/alerts.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace oxlade::test {
+namespace {
+
+class AlertTest : public ::testing::Test {
+  protected:
+    AlertTest() {
+        program.start();
+        QApplication::processEvents();
+    }
+    /// Does something as soon as the dialog stands.
+    template <class Widget>
+    void whenShown(std::function<void(Widget&)> act) {
+        QTimer::singleShot(0, [act = std::move(act)] {
+            auto* dialog = dynamic_cast<Widget*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            act(*dialog);
+        });
+    }
+    static void press(QWidget& dialog, int key, bool autoRepeat = false) {
+        QTest::simulateEvent(dialog.windowHandle(), true, key, Qt::NoModifier, QString{},
+                             autoRepeat);
+        if (!autoRepeat)
+            QTest::simulateEvent(dialog.windowHandle(), false, key, Qt::NoModifier, QString{},
+                                 false);
+    }
+    bool answerWith(int key) {
+        whenShown<QMessageBox>([key](QMessageBox& box) { press(box, key); });
+        return dialogs.runAlert(question);
+    }
+    Program program;
+    QtDialogs dialogs{[this] { return program.interface->window(); }};
+    const Alert question{AlertStyle::critical, "Flash?", "It is erased.", {"Flash", "Cancel"}};
+};
+
+TEST_F(AlertTest, ReturnAnswersTheFirstButtonAndEscapeTheLast) {
+    EXPECT_TRUE(answerWith(Qt::Key_Return));
+    EXPECT_TRUE(answerWith(Qt::Key_Enter));
+    EXPECT_FALSE(answerWith(Qt::Key_Escape));
+}
+
+TEST_F(AlertTest, ClosingItIsNotTheFirstButton) {
+    whenShown<QMessageBox>([](QMessageBox& box) { box.close(); });
+    EXPECT_FALSE(dialogs.runAlert(question));
+}
+
+TEST_F(AlertTest, AHeldReturnDoesNotAnswer) {
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        for (int i = 0; i < 30; ++i) press(box, Qt::Key_Return, true);
+        EXPECT_TRUE(box.isVisible());
+        press(box, Qt::Key_Escape);
+    });
+    EXPECT_FALSE(dialogs.runAlert(question));
+}
+
+TEST_F(AlertTest, ShowsItsTextsAsTheyAre) {
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        for (const QLabel* label : box.findChildren<QLabel*>())
+            EXPECT_TRUE(label->textFormat() == Qt::PlainText || !label->pixmap().isNull());
+        EXPECT_EQ(box.text(), QStringLiteral("<b>a</b>"));
+        EXPECT_EQ(box.informativeText(), QStringLiteral("<i>b</i>"));
+        EXPECT_FALSE(box.iconPixmap().isNull());
+        EXPECT_EQ(box.parentWidget()->objectName(), QStringLiteral("window"));
+        box.close();
+    });
+    dialogs.runAlert({AlertStyle::warning, "<b>a</b>", "<i>b</i>", {"One"}});
+}
+
+TEST_F(AlertTest, WithoutButtonsOfItsOwnHasOneThatBothKeysAnswer) {
+    for (const int key : {Qt::Key_Return, Qt::Key_Escape}) {
+        whenShown<QMessageBox>([key](QMessageBox& box) {
+            EXPECT_EQ(box.buttons().size(), 1);
+            press(box, key);
+        });
+        dialogs.runAlert({AlertStyle::informational, "Done", "Restart it.", {}});
+    }
+}
+
+TEST_F(AlertTest, AProgramThatEndsAnswersNothing) {
+    QTimer::singleShot(0, [this] {
+        whenShown<QMessageBox>([](QMessageBox&) { QCoreApplication::exit(); });
+        EXPECT_FALSE(dialogs.runAlert(question));
+    });
+    QApplication::exec();
+}
+
+TEST_F(AlertTest, TheStylesHaveDifferentPictures) {
+    std::vector<QImage> pictures;
+    for (const auto style :
+         {AlertStyle::informational, AlertStyle::warning, AlertStyle::critical}) {
+        whenShown<QMessageBox>([&](QMessageBox& box) {
+            pictures.push_back(box.iconPixmap().toImage());
+            box.close();
+        });
+        dialogs.runAlert({style, "a", "b", {}});
+    }
+    EXPECT_NE(pictures[0], pictures[1]);
+    EXPECT_NE(pictures[1], pictures[2]);
+}
+
+class PanelTest : public AlertTest {
+  protected:
+    PanelTest() {
+        for (const char* name : {"a.bin", "B.BIN", "c.txt"}) {
+            QFile file{folder.filePath(QLatin1String{name})};
+            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        }
+    }
+    std::optional<std::string> choose(const char* name) {
+        whenShown<QFileDialog>([this, name](QFileDialog& dialog) {
+            dialog.setDirectory(folder.path());
+            dialog.selectFile(folder.filePath(QLatin1String{name}));
+            static_cast<QDialog&>(dialog).accept();
+        });
+        return dialogs.runOpenPanel(panel);
+    }
+    std::string inFolder(const char* name) { return toUtf8(folder.filePath(QLatin1String{name})); }
+    QTemporaryDir folder;
+    const OpenPanel panel{"Choose an OS file for the MPC4000", "bin"};
+};
+
+TEST_F(PanelTest, GivesTheAbsolutePathOfTheChosenFile) {
+    EXPECT_EQ(choose("a.bin"), inFolder("a.bin"));
+    EXPECT_EQ(choose("B.BIN"), inFolder("B.BIN"));
+}
+
+TEST_F(PanelTest, GivesNothingWhenItIsCancelled) {
+    whenShown<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(dialogs.runOpenPanel(panel), std::nullopt);
+}
+
+TEST_F(PanelTest, ShowsItsMessageAndOneFilterOnly) {
+    whenShown<QFileDialog>([](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Choose an OS file for the MPC4000"));
+        ASSERT_EQ(dialog.nameFilters().size(), 1) << "no way to all files";
+        EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
+        EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptOpen);
+        dialog.reject();
+    });
+    dialogs.runOpenPanel(panel);
+}
+
+TEST_F(PanelTest, StartsWhereTheLastFileWasChosen) {
+    choose("a.bin");
+    whenShown<QFileDialog>([this](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.directory().canonicalPath(), QDir{folder.path()}.canonicalPath());
+        dialog.reject();
+    });
+    dialogs.runOpenPanel(panel);
+}
+
+TEST_F(PanelTest, AsksAgainWhenAFileOfAnotherTypeWasTyped) {
+    int shown = 0;
+    std::function<void(QFileDialog&)> act = [&](QFileDialog& dialog) {
+        if (++shown == 2) return dialog.reject();
+        whenShown<QFileDialog>(act);
+        dialog.setNameFilter(QStringLiteral("*"));
+        dialog.setDirectory(folder.path());
+        dialog.selectFile(folder.filePath(QStringLiteral("c.txt")));
+        static_cast<QDialog&>(dialog).accept();
+    };
+    whenShown<QFileDialog>(act);
+    EXPECT_EQ(dialogs.runOpenPanel(panel), std::nullopt);
+    EXPECT_EQ(shown, 2);
+}
+
+} // namespace
+} // namespace oxlade::test

@@ -1,0 +1,92 @@
+// Light and dark, also while the window is open.
+#include "tests/gui/program.h"
+
+#include <QApplication>
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+namespace oxlade::test {
+namespace {
+
+QPalette desktopPalette(const QColor& window, const QColor& text) {
+    QPalette palette;
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    return palette;
+}
+QPalette darkDesktop() { return desktopPalette({0x30, 0x30, 0x30}, Qt::white); }
+QPalette lightDesktop() { return desktopPalette({0xEE, 0xEE, 0xEE}, Qt::black); }
+
+class AppearanceTest : public ::testing::Test {
+  protected:
+    AppearanceTest() { program.start(); }
+    QColor pixel(int x, int yUp) {
+        return QColor{program.window().content().grab().toImage().pixel(x, 620 - 1 - yUp)};
+    }
+    QColor ground() { return pixel(5, 5); }
+    Program program;
+};
+
+TEST_F(AppearanceTest, FollowsAPaletteThatTurnsDarkWhileTheWindowIsOpen) {
+    EXPECT_EQ(ground(), groundColor(Scheme::light));
+    QApplication::setPalette(darkDesktop());
+    QApplication::processEvents();
+    EXPECT_EQ(ground(), groundColor(Scheme::dark));
+    EXPECT_EQ(pixel(310, 500), cardColor(Scheme::dark));
+    EXPECT_EQ(pixel(700, 60), logColor(Scheme::dark));
+    QApplication::setPalette(lightDesktop());
+    QApplication::processEvents();
+    EXPECT_EQ(ground(), groundColor(Scheme::light));
+}
+
+TEST_F(AppearanceTest, AWishForDarkStandsAboveThePalette) {
+    program.interface->setColorScheme(Scheme::dark);
+    QApplication::processEvents();
+    EXPECT_EQ(ground(), groundColor(Scheme::dark));
+    QApplication::setPalette(lightDesktop());
+    QApplication::processEvents();
+    EXPECT_EQ(ground(), groundColor(Scheme::dark));
+    program.interface->setColorScheme(std::nullopt);
+    QApplication::processEvents();
+    EXPECT_EQ(ground(), groundColor(Scheme::light));
+}
+
+TEST_F(AppearanceTest, TheStatusLightTakesTheNewColourAtOnce) {
+    program.delegate->checkDevice();
+    const QPoint centre{300 + 22, 416 + 60};
+    EXPECT_EQ(pixel(centre.x(), centre.y()),
+              color(SemanticColor::systemOrangeColor, Scheme::light));
+    program.interface->setColorScheme(Scheme::dark);
+    QApplication::processEvents();
+    EXPECT_EQ(pixel(centre.x(), centre.y()), color(SemanticColor::systemOrangeColor, Scheme::dark));
+}
+
+TEST_F(AppearanceTest, OldAndNewLogTextTakeTheNewColour) {
+    program.interface->setColorScheme(Scheme::dark);
+    QApplication::processEvents();
+    const QColor text = program.content().logView->palette().color(QPalette::Text);
+    EXPECT_EQ(schemeOf(program.content().logView->palette()), Scheme::dark);
+    EXPECT_GT(text.lightnessF(), 0.7);
+}
+
+TEST_F(AppearanceTest, TheFiguresPlaceKeepsItsColours) {
+    const QColor frame = pixel(28, 424), screen = pixel(40, 424);
+    program.interface->setColorScheme(Scheme::dark);
+    QApplication::processEvents();
+    EXPECT_EQ(pixel(28, 424), frame);
+    EXPECT_EQ(pixel(40, 424), screen);
+}
+
+TEST(Appearance, GivesThePaletteBackAtTheEnd) {
+    const QPalette before = QApplication::palette();
+    {
+        Program program;
+        program.interface->setColorScheme(Scheme::dark);
+        EXPECT_EQ(schemeOf(QApplication::palette()), Scheme::dark);
+    }
+    EXPECT_EQ(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
+}
+
+} // namespace
+} // namespace oxlade::test
