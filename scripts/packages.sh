@@ -3,9 +3,9 @@
 
 build_packages=(g++ cmake ninja-build qt6-base-dev qt6-qpa-plugins fonts-inter fonts-dejavu-core)
 # A display of our own, and hands and eyes to use a window in it.
-display_packages=(xvfb openbox xdotool dbus at-spi2-core gir1.2-atspi-2.0 python3-pyatspi
+display_packages=(xvfb openbox xdotool dbus at-spi2-core python3-gi
                   imagemagick x11-utils x11-xserver-utils procps)
-test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales python3-dbusmock)
+test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales python3-dbusmock xclip)
 
 # ensure_packages NAME...: installs those that are missing, and says so first.
 ensure_packages() {

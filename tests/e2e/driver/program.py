@@ -1,0 +1,316 @@
+"""One start of the program, with the simulated sampler in the helper's place."""
+from __future__ import annotations
+
+import os
+import pty
+import resource
+import shutil
+import signal
+import subprocess
+from pathlib import Path
+from typing import Callable
+
+from . import processes
+from .accessibility import Element
+from .screen import Screen
+from .texts import EN, Texts
+from .waiting import PATIENCE, Gone, wait_until
+from .world import World
+
+PROGRAM, HELPER, KEEPER, IMAGE = "oxlade-app", "oxlade", "oxlade-keeper", "mpcv171.bin"
+
+
+class Bundle:
+    """A copy that a test may damage; none of its processes is anyone else's."""
+
+    def __init__(self, original: Path, folder: Path) -> None:
+        self.root = folder / "Oxlade.app"
+        shutil.copytree(original, self.root, copy_function=_link_or_copy)
+
+    @property
+    def programs(self) -> Path:
+        return self.root / "Contents" / "MacOS"
+
+    @property
+    def program(self) -> Path:
+        return self.programs / PROGRAM
+
+    @property
+    def helper(self) -> Path:
+        return self.programs / HELPER
+
+    @property
+    def keeper(self) -> Path:
+        return self.programs / KEEPER
+
+    @property
+    def image(self) -> Path:
+        return self.root / "Contents" / "Resources" / IMAGE
+
+    def replace(self, part: Path, content: bytes, mode: int = 0o755) -> None:
+        part.unlink()  # the original may be the same file
+        part.write_bytes(content)
+        part.chmod(mode)
+
+    def ours(self) -> list[int]:
+        """The processes of the program itself, without the helper's."""
+        return processes.running(self.program) + processes.running(self.keeper)
+
+
+def _link_or_copy(source: str, target: str) -> None:
+    try:
+        os.link(source, target)
+    except OSError:
+        shutil.copy2(source, target)
+
+
+class Sampler:
+    """The simulated sampler as a test sees it: its flash, its notes, its gate."""
+
+    def __init__(self, folder: Path) -> None:
+        self.flash_file = folder / "flash.bin"
+        self.trace_file = folder / "trace"
+        self.gate = folder / "gate"
+
+    def environment(self, behaviour: str) -> dict[str, str]:
+        return {"OXLADE_SIM": behaviour, "OXLADE_SIM_FLASH": str(self.flash_file),
+                "OXLADE_SIM_TRACE": str(self.trace_file)}
+
+    def trace(self) -> list[str]:
+        try:
+            return self.trace_file.read_text(encoding="ascii").splitlines()
+        except FileNotFoundError:
+            return []
+
+    def runs(self) -> list[dict[str, str]]:
+        """What each run was started with, in order."""
+        starts = [line.split()[1:] for line in self.trace() if line.startswith("start ")]
+        return [dict(word.split("=", 1) for word in start) for start in starts]
+
+    def flashes(self) -> int:
+        return sum(run["argv"].startswith("--firmware") for run in self.runs())
+
+    def state(self) -> str:
+        """As the sampler left it: "erasing", "writing" or "whole N"."""
+        file = self.flash_file.with_name(self.flash_file.name + ".state")
+        return file.read_text(encoding="ascii").strip() if file.exists() else ""
+
+    def holds(self, image: Path) -> bool:
+        return (self.flash_file.exists() and self.state().startswith("whole")
+                and self.flash_file.read_bytes() == image.read_bytes())
+
+    # Gates: gate=PATH@PLACE in the behaviour
+
+    def at(self, *places: str) -> str:
+        """The words that hold a run up at these places, all by the one gate."""
+        return ",".join(f"gate={self.gate_of(place)}@{place}" for place in places)
+
+    def gate_of(self, place: str) -> Path:
+        return self.gate.with_name(f"gate-{place.replace(':', '-')}")
+
+    def open(self, place: str) -> None:
+        self.gate_of(place).touch()
+
+    def shut(self, place: str) -> None:
+        gate = self.gate_of(place)
+        gate.unlink(missing_ok=True)
+        gate.with_name(gate.name + ".waiting").unlink(missing_ok=True)
+
+    def wait_at(self, place: str) -> None:
+        sign = self.gate_of(place)
+        sign = sign.with_name(sign.name + ".waiting")
+        wait_until(sign.exists, f"the helper at {place}", explain=lambda: "\n".join(self.trace()))
+
+
+class Program:
+    """Started, with its window up. `with` ends it."""
+
+    def __init__(self, world: World, bundle: Bundle, behaviour: str = "speed=max",
+                 texts: Texts = EN, arguments: tuple[str, ...] = (), terminal: bool = False,
+                 sampler: Sampler | None = None, environment: dict[str, str] | None = None) -> None:
+        self.world, self.bundle, self.texts = world, bundle, texts
+        self.screen = Screen(world)
+        self.sampler = sampler or Sampler(world.folder)
+        surroundings = (world.environment | self.sampler.environment(behaviour)
+                        | (environment or {}))
+        self.terminal: int | None = None
+        command = [str(bundle.program), *arguments]
+        self._log = world.folder / "program.log"
+        with open(self._log, "ab") as log:
+            if terminal:
+                self.process = self._start_in_terminal(command, surroundings)
+            else:
+                self.process = subprocess.Popen(command, env=surroundings, stdin=subprocess.DEVNULL,
+                                                stdout=log, stderr=log, preexec_fn=_without_core)
+        try:
+            wait_until(lambda: self.exists("push button", self.texts.flash), "the window",
+                       explain=self._said)
+        except BaseException:
+            self.end()
+            raise
+
+    def _start_in_terminal(self, command: list[str],
+                           environment: dict[str, str]) -> subprocess.Popen[bytes]:
+        self.terminal, inside = pty.openpty()
+
+        def take_terminal() -> None:
+            _without_core()
+            os.setsid()
+            # The first terminal that a new session opens is its own.
+            os.close(os.open(os.ttyname(0), os.O_RDWR))
+
+        process = subprocess.Popen(command, env=environment, stdin=inside, stdout=inside,
+                                   stderr=inside, preexec_fn=take_terminal)
+        os.close(inside)
+        return process
+
+    def __enter__(self) -> Program:
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.end()
+
+    def _said(self) -> str:
+        what = self._log.read_text(encoding="utf-8", errors="replace")
+        try:
+            return what + "\n" + self.application.parts()
+        except Gone:
+            return f"{what}\nstatus {self.process.poll()}, nothing on the accessibility bus"
+
+    def end(self) -> None:
+        self.process.kill()
+        self.process.wait()
+        self.close_terminal()
+
+    def close_terminal(self) -> None:
+        if self.terminal is not None:
+            os.close(self.terminal)
+            self.terminal = None
+
+    # Looking
+
+    @property
+    def pid(self) -> int:
+        return self.process.pid
+
+    @property
+    def application(self) -> Element:
+        return self.world.bus.application(self.pid)
+
+    def find(self, role: str, name: str | None = None) -> Element:
+        return wait_until(lambda: self.application.find(role, name), f"{role} {name or ''}",
+                          explain=self._said)
+
+    def exists(self, role: str, name: str) -> bool:
+        try:
+            self.application.find(role, name)
+            return True
+        except Gone:
+            return False
+
+    def button(self, title: str) -> Element:
+        return self.find("push button", title)
+
+    def is_enabled(self, title: str) -> bool:
+        return self.application.find("push button", title).has_state("enabled")
+
+    def shows(self, text: str) -> bool:
+        return self.exists("label", text)
+
+    def labels(self) -> list[str]:
+        return [label.name for label in self.application.all("label")]
+
+    @property
+    def log_view(self) -> Element:
+        return self.application.find("text", self.texts.log)
+
+    def log(self) -> str:
+        return self.log_view.text()
+
+    def log_lines(self) -> list[str]:
+        return self.log().split("\n")
+
+    @property
+    def progress(self) -> float:
+        return self.application.all("progress bar")[0].value
+
+    def window(self) -> str:
+        return self.screen.main_window(self.pid)
+
+    def dialogs(self) -> list[Element]:
+        """Alerts and choosers that are open."""
+        return [each for each in self.application.children()
+                if each.role in ("alert message", "dialog", "file chooser")
+                and each.has_state("showing")]
+
+    def alert(self, message: str) -> Element:
+        """The open alert with this message."""
+        def open_alert() -> Element | None:
+            return next((each for each in self.dialogs()
+                         if any(label.name == message for label in each.all("label"))), None)
+        return wait_until(open_alert, f"the alert {message!r}", explain=self._said)
+
+    # Waiting
+
+    def wait_for(self, text: str, deadline: float = PATIENCE) -> None:
+        wait_until(lambda: self.shows(text), f"the text {text!r}", deadline, self._said)
+
+    def wait_for_line(self, line: str) -> None:
+        wait_until(lambda: line in self.log_lines(), f"the log line {line!r}",
+                   explain=lambda: self.log()[-3000:])
+
+    def wait(self, condition: Callable[[], object], what: str) -> object:
+        return wait_until(condition, what, explain=self._said)
+
+    def wait_for_end(self) -> int:
+        wait_until(lambda: self.process.poll() is not None, "the program's end")
+        return self.process.returncode
+
+    # Doing
+
+    def press(self, title: str) -> None:
+        """Presses a button as soon as it can be pressed."""
+        wait_until(lambda: self.is_enabled(title), f"the button {title!r} enabled",
+                   explain=self._said)
+        self.button(title).press()
+
+    def answer(self, message: str, button: str) -> None:
+        alert = self.alert(message)
+        alert.find("push button", button).press()
+        self.wait(lambda: not self._is_open(alert), f"{message!r} closed")
+
+    def _is_open(self, dialog: Element) -> bool:
+        return dialog in self.dialogs()
+
+    def dismiss(self, message: str) -> None:
+        """Answers an alert that has but one button."""
+        alert = self.alert(message)
+        (button,) = alert.all("push button")
+        button.press()
+        self.wait(lambda: not self._is_open(alert), f"{message!r} closed")
+
+    def check(self) -> None:
+        """A whole check that succeeds."""
+        self.press(self.texts.check)
+        self.wait_for(self.texts.ready)
+        self.wait(lambda: self.is_enabled(self.texts.flash), "Flash OS enabled")
+
+    def start_flashing(self) -> None:
+        self.press(self.texts.flash)
+        self.answer(self.texts.confirm, self.texts.confirm_ok)
+
+    def flash(self) -> None:
+        """A whole flash that succeeds, its alert closed again."""
+        self.start_flashing()
+        self.dismiss(self.texts.done)
+
+    def close(self) -> None:
+        """As with the window's close button; needs a window manager."""
+        self.screen.key("alt+F4")
+
+    def signal(self, number: signal.Signals) -> None:
+        self.process.send_signal(number)
+
+
+def _without_core() -> None:
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))

@@ -1,0 +1,74 @@
+"""Keys, the mouse and pictures: what a person in front of a display has."""
+from __future__ import annotations
+
+import re
+import subprocess
+from pathlib import Path
+
+from .waiting import wait_until
+from .world import World
+
+
+class Screen:
+    def __init__(self, world: World) -> None:
+        self._world = world
+
+    def _xdotool(self, *arguments: str) -> str:
+        result = subprocess.run(["xdotool", *arguments], env=self._world.environment,
+                                capture_output=True, text=True, timeout=60, check=False)
+        return result.stdout
+
+    def windows(self, pid: int) -> list[str]:
+        """The visible windows of a process."""
+        return self._xdotool("search", "--onlyvisible", "--pid", str(pid)).split()
+
+    def size(self, window: str) -> tuple[int, int, int, int]:
+        """x, y, width and height of what is inside the frame."""
+        facts = self._world.ask(["xwininfo", "-id", window])
+        names = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        found = [re.search(rf"{name}: +(-?\d+)", facts) for name in names]
+        x, y, width, height = (int(each.group(1)) if each else 0 for each in found)
+        return x, y, width, height
+
+    def main_window(self, pid: int) -> str:
+        """The largest window of a process: any other is an alert above it."""
+        windows = wait_until(lambda: self.windows(pid), "a window on the display")
+        return max(windows, key=lambda window: self.size(window)[2] * self.size(window)[3])
+
+    def active_window(self) -> str:
+        return self._xdotool("getactivewindow").strip()
+
+    def key(self, *keys: str) -> None:
+        """Presses and releases, one after the other: key("alt+F4")."""
+        self._xdotool("key", "--clearmodifiers", *keys)
+
+    def hold(self, key: str) -> None:
+        self._xdotool("keydown", key)
+
+    def release(self, key: str) -> None:
+        self._xdotool("keyup", key)
+
+    def type(self, text: str) -> None:
+        self._xdotool("type", "--clearmodifiers", text)
+
+    def click(self, x: int, y: int) -> None:
+        self._xdotool("mousemove", str(x), str(y), "click", "1")
+
+    def property(self, window: str, name: str) -> str:
+        return self._world.ask(["xprop", "-id", window, name])
+
+    def picture(self, file: Path, window: str) -> Path:
+        """What can be seen where that window stands, alerts above it included."""
+        x, y, width, height = self.size(window)
+        file.parent.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["import", "-silent", "-window", "root", "-crop",
+                        f"{width}x{height}+{x}+{y}", "+repage", str(file)],
+                       env=self._world.environment, check=True, timeout=60)
+        return file
+
+    def is_painted(self, window: str) -> bool:
+        """Whether there is more in it than one colour."""
+        x, y, width, height = self.size(window)
+        colours = self._world.ask(["import", "-silent", "-window", "root", "-crop",
+                                   f"{width}x{height}+{x}+{y}", "-format", "%k", "info:-"])
+        return colours.strip().isdigit() and int(colours) > 16
