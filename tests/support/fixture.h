@@ -4,31 +4,12 @@
 #include "app/app_delegate.h"
 #include "i18n/string_table.h"
 #include "tests/support/fake_controls.h"
+#include "tests/support/fake_interface.h"
 #include "tests/support/fake_system.h"
 
 #include <gtest/gtest.h>
 
 namespace oxlade::test {
-
-class FakeInterface final : public UserInterface {
-  public:
-    FakeInterface(Trace& trace, FakeControls& controls) : trace_{trace}, controls_{controls} {}
-    Controls buildWindow(AppDelegate&) override {
-        trace_.add("buildWindow");
-        return controls_.references();
-    }
-    void setMainMenu(const MenuTree& newMenu) override {
-        menu = newMenu;
-        trace_.add("setMainMenu");
-    }
-    void activateIgnoringOtherApps() override { trace_.add("activateIgnoringOtherApps"); }
-
-    MenuTree menu;
-
-  private:
-    Trace& trace_;
-    FakeControls& controls_;
-};
 
 class ControllerTest : public ::testing::Test {
   protected:
