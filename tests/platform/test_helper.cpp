@@ -97,7 +97,10 @@ int main(int argc, char** argv) {
     if (mode == "status") putFile("/proc/self/status");
     if (mode == "session") put(getsid(0) == getpid() ? "leader\n" : "member\n");
     if (mode == "pid") put(std::to_string(getpid()) + '\n');
-    if (mode == "directory") put(std::string(getcwd(nullptr, 0)) + '\n');
+    if (mode == "directory") {
+        char path[4096];
+        if (getcwd(path, sizeof path) != nullptr) put(std::string(path) + '\n');
+    }
     if (mode == "environment") put(std::string(std::getenv(first) ? std::getenv(first) : "none"));
     if (mode == "input") putFile("/proc/self/fd/0");
     if (mode == "both") {
