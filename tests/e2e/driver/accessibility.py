@@ -125,7 +125,9 @@ class Element:
     # Where it stands
 
     def child_addresses(self) -> list[tuple[str, str]]:
-        return self._call("Accessible", "GetChildren")[0]
+        # A place without an object behind it is listed, too.
+        return [address for address in self._call("Accessible", "GetChildren")[0]
+                if not address[1].endswith("/null")]
 
     def children(self) -> list[Element]:
         return [Element(self.bus, owner, path) for owner, path in self.child_addresses()]

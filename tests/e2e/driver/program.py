@@ -7,15 +7,18 @@ import resource
 import shutil
 import signal
 import subprocess
+from collections.abc import Callable
 from pathlib import Path
-from typing import Callable
+from typing import TypeVar
 
 from . import processes
 from .accessibility import Element
 from .screen import Screen
-from .texts import EN, Texts
+from .texts import EN, RU, Texts
 from .waiting import PATIENCE, Gone, wait_until
 from .world import World
+
+T = TypeVar("T")
 
 PROGRAM, HELPER, KEEPER, IMAGE = "oxlade-app", "oxlade", "oxlade-keeper", "mpcv171.bin"
 
@@ -143,11 +146,16 @@ class Program:
                 self.process = subprocess.Popen(command, env=surroundings, stdin=subprocess.DEVNULL,
                                                 stdout=log, stderr=log, preexec_fn=_without_core)
         try:
-            wait_until(lambda: self.exists("push button", self.texts.flash), "the window",
-                       explain=self._said)
+            wait_until(self._is_up, "the window", explain=self._said)
         except BaseException:
             self.end()
             raise
+
+    def _is_up(self) -> bool:
+        if self.process.poll() is not None:
+            raise AssertionError(f"the program ended at once\n{self._said()}")
+        # An image that is none is complained about before the window has its texts.
+        return self.exists("push button", self.texts.flash) or bool(self.dialogs())
 
     def _start_in_terminal(self, command: list[str],
                            environment: dict[str, str]) -> subprocess.Popen[bytes]:
@@ -259,7 +267,7 @@ class Program:
         wait_until(lambda: line in self.log_lines(), f"the log line {line!r}",
                    explain=lambda: self.log()[-3000:])
 
-    def wait(self, condition: Callable[[], object], what: str) -> object:
+    def wait(self, condition: Callable[[], T], what: str) -> T:
         return wait_until(condition, what, explain=self._said)
 
     def wait_for_end(self) -> int:
@@ -303,6 +311,23 @@ class Program:
         """A whole flash that succeeds, its alert closed again."""
         self.start_flashing()
         self.dismiss(self.texts.done)
+
+    def choose(self, path: str) -> None:
+        """Types a path into the file chooser."""
+        self.press(self.texts.choose)
+        chooser = self.wait(lambda: next((each for each in self.dialogs()
+                                          if each.role == "dialog"), None), "the chooser")
+        chooser.find("text", "File name:").set_text(path)
+        open_button = chooser.find("push button", "Open")
+        self.wait(lambda: open_button.has_state("enabled"), "the button Open enabled")
+        open_button.press()
+        self.wait(lambda: not self._is_open(chooser), "the file chooser closed")
+
+    def switch_language(self, segment: str) -> None:
+        """To "EN" or "RU"; from now on the other texts are looked for."""
+        self.find("radio button", segment).press()
+        self.texts = RU if segment == "RU" else EN
+        self.wait_for(self.texts.log)
 
     def close(self) -> None:
         """As with the window's close button; needs a window manager."""

@@ -61,10 +61,24 @@ class Screen:
         """What can be seen where that window stands, alerts above it included."""
         x, y, width, height = self.size(window)
         file.parent.mkdir(parents=True, exist_ok=True)
-        subprocess.run(["import", "-silent", "-window", "root", "-crop",
-                        f"{width}x{height}+{x}+{y}", "+repage", str(file)],
+        subprocess.run(["import", "-silent", "-strip", "-define", "png:exclude-chunks=date,time",
+                        "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "+repage", str(file)],
                        env=self._world.environment, check=True, timeout=60)
         return file
+
+    def settled_picture(self, file: Path, window: str) -> Path:
+        """A picture of which two were equal: painting lags behind what is said."""
+        before = b""
+        for _ in range(12):  # what moves never settles for long
+            now = self.picture(file, window).read_bytes()
+            if now == before:
+                break
+            before = now
+        return file
+
+    def point_away(self) -> None:
+        """Puts the mouse where it is over nothing."""
+        self._xdotool("mousemove", "0", "0")
 
     def is_painted(self, window: str) -> bool:
         """Whether there is more in it than one colour."""
@@ -72,3 +86,11 @@ class Screen:
         colours = self._world.ask(["import", "-silent", "-window", "root", "-crop",
                                    f"{width}x{height}+{x}+{y}", "-format", "%k", "info:-"])
         return colours.strip().isdigit() and int(colours) > 16
+
+    def brightness(self, window: str) -> float | None:
+        """Of the window's ground, 0 to 1; nothing while that cannot be told."""
+        x, y, width, height = self.size(window)
+        value = self._world.ask(["import", "-silent", "-window", "root", "-crop",
+                                 f"8x8+{x + 2}+{y + height - 10}", "-colorspace", "Gray",
+                                 "-format", "%[fx:mean]", "info:-"])
+        return float(value) if value.strip() else None
