@@ -102,7 +102,8 @@ TEST_F(DesktopSettingsTest, ThePreferredColoursAreKnown) {
         values_[{text(appearance), text("color-scheme")}] = value;
         startPortal();
         const DesktopSettings desktop;
-        EXPECT_TRUE(eventuallyInEventLoop([&] { return desktop.colorScheme() == expected; }));
+        EXPECT_TRUE(eventuallyInEventLoop(
+            [&, wanted = expected] { return desktop.colorScheme() == wanted; }));
         EXPECT_TRUE(isAnswered());
         EXPECT_EQ(desktop.colorScheme(), expected);
         portal_.reset();
