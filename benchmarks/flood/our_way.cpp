@@ -1,0 +1,117 @@
+// The program's own way from the helper to the window, all of it real but for the
+// alerts, which are answered at once.
+//
+// usage: bench_our_way MACOS-FOLDER check|flash|rest [until-exit]
+//
+// `rest` measures two seconds in which nothing runs; `until-exit` does not wait for
+// the log. OXLADE_SIM tells the simulated sampler what to do.
+#include "app/app_delegate.h"
+#include "benchmarks/flood/main_thread_watch.h"
+#include "benchmarks/flood/report.h"
+#include "benchmarks/flood/timed_processes.h"
+#include "platform/bundle.h"
+#include "platform/desktop_settings.h"
+#include "platform/file_system.h"
+#include "platform/helper_process.h"
+#include "platform/login_manager.h"
+#include "platform/main_queue.h"
+#include "platform/user_defaults.h"
+#include "platform/workspace.h"
+#include "ui/main_window.h"
+#include "ui/qt_user_interface.h"
+
+#include <QApplication>
+#include <QTimer>
+
+#include <cstring>
+#include <optional>
+#include <unistd.h>
+
+using namespace oxlade;
+using namespace oxlade::benchmarks;
+
+namespace {
+
+class YesDialogs final : public Dialogs {
+  public:
+    bool runAlert(const Alert&) override { return true; }
+    std::optional<std::string> runOpenPanel(const OpenPanel&) override { return std::nullopt; }
+};
+
+enum class What { check, flash, rest };
+
+What whatOf(const char* word) {
+    if (std::strcmp(word, "rest") == 0) return What::rest;
+    return std::strcmp(word, "flash") == 0 ? What::flash : What::check;
+}
+
+class Measurement final {
+  public:
+    Measurement(AppDelegate& delegate, TimedProcesses& processes, LogTextView& log, bool untilExit)
+        : delegate_{delegate}, processes_{processes}, log_{log}, untilExit_{untilExit} {}
+
+    void begin(What what) {
+        report_.before = memory();
+        time_.start();
+        watch_.emplace([this, what] { look(what); });
+        if (what == What::check) delegate_.checkDevice();
+        if (what == What::flash) delegate_.installFirmware();
+    }
+
+  private:
+    void look(What what) {
+        if (what == What::rest ? time_.elapsed() < 2000 : !isDone()) return;
+        report_.totalMilliseconds = double(time_.nsecsElapsed()) / 1e6;
+        report_.helperMilliseconds = processes_.milliseconds();
+        report_.characters = log_.string().size();
+        report_.after = memory();
+        report_.gaps = watch_->gaps();
+        print(report_);
+        _exit(0); // a log of a gigabyte takes a while to destroy
+    }
+    bool isDone() const {
+        if (untilExit_) return processes_.milliseconds() > 0;
+        return delegate_.currentTask() == nullptr && !log_.isBehind();
+    }
+
+    AppDelegate& delegate_;
+    TimedProcesses& processes_;
+    LogTextView& log_;
+    bool untilExit_;
+    FloodReport report_;
+    QElapsedTimer time_;
+    std::optional<MainThreadWatch> watch_;
+};
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    QApplication application{argc, argv};
+    if (argc < 3) return 2;
+    const std::string folder = argv[1];
+
+    StoredUserDefaults userDefaults;
+    ApplicationBundle bundle{folder};
+    PosixFileSystem fileSystem;
+    LoginManagerSleepLock sleepLock;
+    PosixHelperProcesses helperProcesses{folder + "/oxlade-keeper", &sleepLock};
+    TimedProcesses timedProcesses{helperProcesses};
+    DesktopWorkspace workspace;
+    DesktopSettings desktop;
+    YesDialogs dialogs;
+    const auto mainQueue = std::make_shared<PosixMainQueue>();
+    const MainQueuePump pump{mainQueue};
+    QtUserInterface userInterface{
+        {bundle.version(), "oxlade.example", [&desktop] { return desktop.shouldReduceMotion(); }}};
+    const auto delegate = std::make_shared<AppDelegate>(
+        System{mainQueue, timedProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
+        userInterface, "https://oxlade.example/");
+    delegate->installMainMenu();
+    delegate->applicationDidFinishLaunching();
+
+    auto& window = static_cast<MainWindow&>(*userInterface.window());
+    Measurement measurement{*delegate, timedProcesses, *window.content().logView, argc > 3};
+    // When the window stands and is painted.
+    QTimer::singleShot(500, [&] { measurement.begin(whatOf(argv[2])); });
+    return QApplication::exec();
+}

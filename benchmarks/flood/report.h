@@ -1,0 +1,24 @@
+// What a run of either way prints: one line of JSON.
+#pragma once
+
+#include "benchmarks/flood/main_thread_watch.h"
+
+namespace oxlade::benchmarks {
+
+/// In kB.
+struct Memory {
+    long now = 0, most = 0;
+};
+/// Of this process.
+Memory memory();
+
+struct FloodReport {
+    double helperMilliseconds = 0; ///< from the launch until its exit was noticed
+    double totalMilliseconds = 0;  ///< until all that it said was in the view
+    long long characters = 0;      ///< in the log
+    Memory before, after;
+    Gaps gaps;
+};
+void print(const FloodReport& report);
+
+} // namespace oxlade::benchmarks
