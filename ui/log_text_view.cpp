@@ -94,13 +94,12 @@ void LogTextView::selectEverything() {
     selectAll();
 }
 
-bool LogTextView::event(QEvent* event) { return QPlainTextEdit::event(event); }
-
 void LogTextView::keyPressEvent(QKeyEvent* event) {
     flush();
     QPlainTextEdit::keyPressEvent(event);
 }
 
+/// The toolkit's own menu would speak another language than the window.
 void LogTextView::contextMenuEvent(QContextMenuEvent* event) { event->accept(); }
 
 QMimeData* LogTextView::createMimeDataFromSelection() const {

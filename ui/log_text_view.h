@@ -33,7 +33,6 @@ class LogTextView final : public QPlainTextEdit, public LogView {
     void selectEverything();
 
   protected:
-    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     QMimeData* createMimeDataFromSelection() const override;

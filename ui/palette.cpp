@@ -59,7 +59,7 @@ QColor darkColor(SemanticColor role) {
     case SemanticColor::systemRedColor:
         return {0xFF, 0x5A, 0x50};
     case SemanticColor::controlBackgroundColor:
-        return {0x36, 0x36, 0x3A};
+        return {0x3A, 0x3A, 0x3F};
     case SemanticColor::separatorColor:
         return translucent(0xFFFFFF, 0.10);
     case SemanticColor::textBackgroundColor:
@@ -109,7 +109,7 @@ QColor color(SemanticColor role, Scheme scheme) {
 QColor color(SemanticColor role, const QPalette& palette) { return color(role, schemeOf(palette)); }
 
 QColor groundColor(Scheme scheme) {
-    return scheme == Scheme::dark ? QColor{0x20, 0x20, 0x23} : QColor{0xEF, 0xEF, 0xF2};
+    return scheme == Scheme::dark ? QColor{0x26, 0x26, 0x29} : QColor{0xEF, 0xEF, 0xF2};
 }
 
 QColor cardColor(Scheme scheme) {

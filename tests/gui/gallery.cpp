@@ -86,6 +86,7 @@ void takeWindow(const State& state, std::int64_t language, Scheme scheme, const 
     Program program{language};
     program.interface->setColorScheme(scheme);
     program.start();
+    QApplication::processEvents();
     state.reach(program);
     program.window().content().logView->flush();
     QApplication::processEvents();
