@@ -136,6 +136,27 @@ TEST(Structure, TheProgramReadsNoOptionsAndNoEnvironment) {
     }
 }
 
+TEST(Structure, EveryTestThatAPaperNamesExists) {
+    std::string tests;
+    for (const auto& entry : fs::recursive_directory_iterator(root / "tests"))
+        if (const auto type = entry.path().extension(); type == ".cpp" || type == ".py")
+            tests += contentsOf(fs::relative(entry.path(), root).string());
+    int named = 0;
+    static const std::regex name{"`([A-Z][A-Za-z0-9]+)\\.([A-Z][A-Za-z0-9]+)`|`(test_[a-z0-9_]+)`"};
+    for (const auto* paper : {"docs/faults.md", "tests/NOT_TESTED.md"}) {
+        const auto text = contentsOf(paper);
+        for (std::sregex_iterator match{text.begin(), text.end(), name}, end; match != end;
+             ++match) {
+            const auto& found = *match;
+            const auto wanted = found[3].matched ? "def " + found[3].str() + "("
+                                                 : "(" + found[1].str() + ", " + found[2].str();
+            EXPECT_NE(tests.find(wanted), std::string::npos) << paper << ": " << found[0];
+            ++named;
+        }
+    }
+    EXPECT_GT(named, 40);
+}
+
 TEST(Structure, NoTwoFileNamesDifferOnlyByCase) {
     std::map<std::string, std::string> seen;
     for (const auto& entry : fs::recursive_directory_iterator(root)) {
