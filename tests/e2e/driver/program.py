@@ -4,6 +4,7 @@ from __future__ import annotations
 import os
 import pty
 import resource
+import shlex
 import shutil
 import signal
 import subprocess
@@ -54,6 +55,14 @@ class Bundle:
         part.unlink()  # the original may be the same file
         part.write_bytes(content)
         part.chmod(mode)
+
+    def wrap_helper(self, commands: str) -> None:
+        """A shell script in the helper's place; the helper itself is "$helper" in it."""
+        real = self.programs / "real-helper"
+        self.helper.rename(real)
+        self.helper.write_text(f"#!/bin/sh\nhelper={shlex.quote(str(real))}\n{commands}\n",
+                               encoding="utf-8")
+        self.helper.chmod(0o755)
 
     def ours(self) -> list[int]:
         """The processes of the program itself, without the helper's."""
@@ -130,7 +139,8 @@ class Program:
 
     def __init__(self, world: World, bundle: Bundle, behaviour: str = "speed=max",
                  texts: Texts = EN, arguments: tuple[str, ...] = (), terminal: bool = False,
-                 sampler: Sampler | None = None, environment: dict[str, str] | None = None) -> None:
+                 sampler: Sampler | None = None, environment: dict[str, str] | None = None,
+                 directory: Path | None = None) -> None:
         self.world, self.bundle, self.texts = world, bundle, texts
         self.screen = Screen(world)
         self.sampler = sampler or Sampler(world.folder)
@@ -141,10 +151,11 @@ class Program:
         self._log = world.folder / "program.log"
         with open(self._log, "ab") as log:
             if terminal:
-                self.process = self._start_in_terminal(command, surroundings)
+                self.process = self._start_in_terminal(command, surroundings, directory)
             else:
-                self.process = subprocess.Popen(command, env=surroundings, stdin=subprocess.DEVNULL,
-                                                stdout=log, stderr=log, preexec_fn=_without_core)
+                self.process = subprocess.Popen(
+                    command, env=surroundings, cwd=directory, stdin=subprocess.DEVNULL, stdout=log,
+                    stderr=log, preexec_fn=_without_core)
         try:
             wait_until(self._is_up, "the window", explain=self._said)
         except BaseException:
@@ -157,8 +168,8 @@ class Program:
         # An image that is none is complained about before the window has its texts.
         return self.exists("push button", self.texts.flash) or bool(self.dialogs())
 
-    def _start_in_terminal(self, command: list[str],
-                           environment: dict[str, str]) -> subprocess.Popen[bytes]:
+    def _start_in_terminal(self, command: list[str], environment: dict[str, str],
+                           directory: Path | None) -> subprocess.Popen[bytes]:
         self.terminal, inside = pty.openpty()
 
         def take_terminal() -> None:
@@ -167,8 +178,8 @@ class Program:
             # The first terminal that a new session opens is its own.
             os.close(os.open(os.ttyname(0), os.O_RDWR))
 
-        process = subprocess.Popen(command, env=environment, stdin=inside, stdout=inside,
-                                   stderr=inside, preexec_fn=take_terminal)
+        process = subprocess.Popen(command, env=environment, cwd=directory, stdin=inside,
+                                   stdout=inside, stderr=inside, preexec_fn=take_terminal)
         os.close(inside)
         return process
 
@@ -267,6 +278,11 @@ class Program:
         wait_until(lambda: line in self.log_lines(), f"the log line {line!r}",
                    explain=lambda: self.log()[-3000:])
 
+    def wait_for_last_line(self, line: str) -> None:
+        """For a line that stands at the end of a log that may be very long."""
+        wait_until(lambda: self.log_view.text(max(0, self.log_view.text_length() - 200))
+                   .endswith(line + "\n"), f"the last log line {line!r}")
+
     def wait(self, condition: Callable[[], T], what: str) -> T:
         return wait_until(condition, what, explain=self._said)
 
@@ -323,9 +339,14 @@ class Program:
         open_button.press()
         self.wait(lambda: not self._is_open(chooser), "the file chooser closed")
 
+    def click(self, element: Element) -> None:
+        """With the mouse, in its middle."""
+        x, y, width, height = element.extents()
+        self.screen.click(x + width // 2, y + height // 2)
+
     def switch_language(self, segment: str) -> None:
         """To "EN" or "RU"; from now on the other texts are looked for."""
-        self.find("radio button", segment).press()
+        self.click(self.find("radio button", segment))
         self.texts = RU if segment == "RU" else EN
         self.wait_for(self.texts.log)
 

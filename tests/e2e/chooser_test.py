@@ -1,0 +1,76 @@
+"""Images of the user's own."""
+import shutil
+import urllib.parse
+
+from case import EndToEndCase
+
+
+class ChooserTest(EndToEndCase):
+    window_manager = True
+
+    def flashed_path(self) -> bytes:
+        argument = self.sampler.runs()[-1]["argv"].split(",")[1]
+        return urllib.parse.unquote_to_bytes(argument)
+
+    def test_a_path_reaches_the_helper_byte_for_byte(self) -> None:
+        folder = self.folder / "home" / "Мои файлы  (2) & $HOME;"
+        folder.mkdir()
+        image = folder / "обновление 'бета' `x` %s *.BIN"
+        shutil.copyfile(self.bundle.image, image)
+        program = self.start()
+        program.choose(str(image))
+        program.wait_for(f"{image.name}  ·  3.0 MB")
+        self.assertEqual(program.log_lines()[-2], program.texts.selected.format(image))
+        program.check()
+        program.flash()
+        self.assertEqual(self.flashed_path(), bytes(image))
+        self.assertIn(f"$ oxlade --firmware {image} --yes", program.log_lines())
+        self.assert_flashed(image)
+
+    def test_a_name_with_double_quotes_can_be_chosen_from_the_list(self) -> None:
+        image = self.folder / "home" / 'the "last" <b>one.bin'
+        shutil.copyfile(self.bundle.image, image)
+        program = self.start()
+        program.press(program.texts.choose)
+        chooser = program.wait(lambda: program.dialogs(), "the chooser")[0]
+        # The list and the table stand in one place; one of them is shown.
+        program.click(program.wait(
+            lambda: next((each for each in chooser.descendants()
+                          if each.name == image.name and each.has_state("showing")), None),
+            "the file in the list"))
+        program.screen.key("Return")
+        program.wait_for(f"{image.name}  ·  3.0 MB")
+        program.check()
+        program.flash()
+        self.assertEqual(self.flashed_path(), bytes(image))
+
+    def test_a_file_that_is_no_image_is_refused_and_the_choice_stays(self) -> None:
+        letter = self.folder / "home" / "letter.bin"
+        letter.write_bytes(b"Dear sampler\n" * 400_000)
+        program = self.start()
+        program.choose(str(letter))
+        program.dismiss(program.texts.invalid)
+        self.assertNotIn(program.texts.selected.format(letter), program.log_lines())
+        program.check()
+        program.flash()
+        self.assert_flashed(self.bundle.image)
+
+    def test_without_an_image_in_the_bundle_one_has_to_be_chosen(self) -> None:
+        image = self.folder / "home" / "mine.bin"
+        self.bundle.image.rename(image)
+        program = self.start()
+        self.assertTrue(program.shows(program.texts.missing_firmware))
+        self.assertFalse(program.is_enabled(program.texts.bundled))
+        program.press(program.texts.check)
+        program.wait_for(program.texts.ready)
+        self.assertFalse(program.is_enabled(program.texts.flash))
+        program.choose(str(image))
+        program.flash()
+        self.assert_flashed(image)
+
+    def test_an_invalid_image_in_the_bundle_is_complained_about_at_start(self) -> None:
+        self.bundle.replace(self.bundle.image, bytes(3_000_000), mode=0o644)
+        program = self.start()
+        program.dismiss(program.texts.invalid)
+        program.wait_for(program.texts.no_firmware)
+        self.assertEqual(program.dialogs(), [])
