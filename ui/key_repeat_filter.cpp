@@ -3,14 +3,31 @@
 #include <QKeyEvent>
 
 namespace oxlade {
+namespace {
+
+bool isKeyEvent(const QEvent& event) {
+    return event.type() == QEvent::KeyPress || event.type() == QEvent::ShortcutOverride ||
+           event.type() == QEvent::KeyRelease;
+}
+
+} // namespace
+
+bool KeyRepeatFilter::isRepetition(const QKeyEvent& press) const {
+    return press.isAutoRepeat() || (lastRelease_ != 0 && press.timestamp() == lastRelease_);
+}
 
 bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride) {
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        const bool answers = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-        if (answers && key.isAutoRepeat()) return true;
+    if (!isKeyEvent(*event)) return QObject::eventFilter(watched, event);
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+    if (event->type() == QEvent::KeyRelease) {
+        lastRelease_ = key.timestamp();
+        return false;
     }
-    return QObject::eventFilter(watched, event);
+    if (!isRepetition(key)) return false;
+    // An accepted override keeps the key from the shortcuts too.
+    event->accept();
+    return true;
 }
 
 } // namespace oxlade

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -35,9 +36,12 @@ class AlertTest : public ::testing::Test {
     static void press(QWidget& dialog, int key, bool autoRepeat = false) {
         QTest::simulateEvent(dialog.windowHandle(), true, key, Qt::NoModifier, QString{},
                              autoRepeat);
-        if (!autoRepeat)
-            QTest::simulateEvent(dialog.windowHandle(), false, key, Qt::NoModifier, QString{},
-                                 false);
+    }
+    /// A press or a release as the window system reports it, at a time of its own.
+    static void sendKey(QWidget& dialog, QEvent::Type type, quint64 time) {
+        QKeyEvent event{type, Qt::Key_Return, Qt::NoModifier};
+        event.setTimestamp(time);
+        QCoreApplication::sendEvent(dialog.windowHandle(), &event);
     }
     bool answerWith(int key) {
         whenShown<QMessageBox>([key](QMessageBox& box) { press(box, key); });
@@ -66,6 +70,20 @@ TEST_F(AlertTest, AHeldReturnDoesNotAnswer) {
         press(box, Qt::Key_Escape);
     });
     EXPECT_FALSE(dialogs.runAlert(question));
+}
+
+TEST_F(AlertTest, ARepetitionThatIsNotMarkedAsOneDoesNotAnswerEither) {
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        for (quint64 time = 1000; time < 2000; time += 30) {
+            sendKey(box, QEvent::KeyRelease, time);
+            sendKey(box, QEvent::KeyPress, time);
+        }
+        EXPECT_TRUE(box.isVisible());
+        sendKey(box, QEvent::KeyRelease, 2100);
+        sendKey(box, QEvent::KeyPress, 2250);
+        EXPECT_FALSE(box.isVisible()) << "a press of its own counts";
+    });
+    EXPECT_TRUE(dialogs.runAlert(question));
 }
 
 TEST_F(AlertTest, ShowsItsTextsAsTheyAre) {
