@@ -49,6 +49,12 @@ class EndToEndCase(unittest.TestCase):
         self.addCleanup(program.end)
         return program
 
+    def close_window(self, program: Program) -> None:
+        """As with its close button; needs the window manager."""
+        wait_until(lambda: program.screen.active_window() == program.window(),
+                   "the window active")
+        program.close()
+
     def printed_by_helper(self, behaviour: str, *arguments: str) -> bytes:
         """What the same run prints when nobody looks after it."""
         apart = Sampler(self.folder / "apart")

@@ -33,11 +33,9 @@ class ChooserTest(EndToEndCase):
         program = self.start()
         program.press(program.texts.choose)
         chooser = program.wait(lambda: program.dialogs(), "the chooser")[0]
-        # The list and the table stand in one place; one of them is shown.
-        program.click(program.wait(
-            lambda: next((each for each in chooser.descendants()
-                          if each.name == image.name and each.has_state("showing")), None),
-            "the file in the list"))
+        program.click(program.wait(lambda: chooser.find("tree item", image.name), "the file"))
+        name = chooser.find("text", "File name:")
+        program.wait(lambda: name.text() == image.name, "the name taken over")
         program.screen.key("Return")
         program.wait_for(f"{image.name}  ·  3.0 MB")
         program.check()

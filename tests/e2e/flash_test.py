@@ -131,7 +131,7 @@ class FlashTest(EndToEndCase):
         program.check()
         program.start_flashing()
         self.sampler.wait_at("write:50")
-        program.close()
+        self.close_window(program)
         self.assertEqual(program.wait_for_end(), 0)
         self.assertEqual(self.sampler.state(), "writing")
         self.sampler.open("write:50")

@@ -15,7 +15,7 @@ class LanguageTest(EndToEndCase):
         program = self.start()
         program.check()
         program.flash()
-        program.close()
+        self.close_window(program)
         self.assertEqual(program.wait_for_end(), 0)
         self.assertEqual(self.stored(), [])
 

@@ -59,18 +59,17 @@ class Bus:
         except Gone:
             return -1
 
-    def listen(self, event: str, heard: Callable[[Element, str, object], None]) -> None:
-        """Calls heard(source, detail, value) for each event such as
+    def listen(self, event: str, heard: Callable[[Element], None]) -> None:
+        """Calls heard(source) for each event such as
         "object:property-change:accessible-name". Events come in while waiting."""
-        kind, name, detail = (event.split(":") + ["", ""])[:3]
+        kind, name, detail = event.split(":")
         member = "".join(part.capitalize() for part in name.split("-"))
         interface = f"{_ATSPI}Event.{kind.capitalize()}"
 
         def received(_bus: object, sender: str, path: str, _interface: str, _signal: str,
                      parameters: GLib.Variant) -> None:
-            said, _, _, value = parameters.unpack()[:4]
-            if said == detail or not detail:
-                heard(Element(self, sender, path), said, value)
+            if parameters.get_child_value(0).get_string() == detail:
+                heard(Element(self, sender, path))
 
         self.connection.signal_subscribe(None, interface, member, None, None,
                                          Gio.DBusSignalFlags.NONE, received)

@@ -201,6 +201,10 @@ class Program:
         self.process.wait()
         self.close_terminal()
 
+    def type_in_terminal(self, keys: bytes) -> None:
+        assert self.terminal is not None
+        os.write(self.terminal, keys)
+
     def close_terminal(self) -> None:
         if self.terminal is not None:
             os.close(self.terminal)
