@@ -13,10 +13,17 @@ double workOfThread() {
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
+Spread spreadOf(std::vector<double> values) {
+    if (values.empty()) return {};
+    std::sort(values.begin(), values.end());
+    return {values.back(), values[(values.size() - 1) * 999 / 1000]};
+}
+
 } // namespace
 
 MainThreadWatch::MainThreadWatch(std::function<void()> look) : look_{std::move(look)} {
-    gaps_.reserve(1'000'000);
+    times_.reserve(100'000);
+    works_.reserve(100'000);
     timer_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
     workAtTick_ = workOfThread();
@@ -25,24 +32,14 @@ MainThreadWatch::MainThreadWatch(std::function<void()> look) : look_{std::move(l
 }
 
 void MainThreadWatch::tick() {
-    const double gap = double(sinceTick_.nsecsElapsed()) / 1e6, work = workOfThread();
-    gaps_.push_back(gap);
-    if (gap > longest_) {
-        longest_ = gap;
-        longestWork_ = work - workAtTick_;
-    }
+    const double work = workOfThread();
+    times_.push_back(double(sinceTick_.nsecsElapsed()) / 1e6);
+    works_.push_back(work - workAtTick_);
     sinceTick_.start();
     workAtTick_ = work;
     look_();
 }
 
-Gaps MainThreadWatch::gaps() const {
-    if (gaps_.empty()) return {};
-    auto sorted = gaps_;
-    std::sort(sorted.begin(), sorted.end());
-    const auto over50 = sorted.end() - std::upper_bound(sorted.begin(), sorted.end(), 50.0);
-    return {longest_, longestWork_, sorted[(sorted.size() - 1) * 999 / 1000],
-            static_cast<std::size_t>(over50), sorted.size()};
-}
+Gaps MainThreadWatch::gaps() const { return {spreadOf(times_), spreadOf(works_), times_.size()}; }
 
 } // namespace oxlade::benchmarks

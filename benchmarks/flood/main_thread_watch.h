@@ -10,14 +10,17 @@
 
 namespace oxlade::benchmarks {
 
+/// In milliseconds.
+struct Spread {
+    double longest = 0, percentile99_9 = 0;
+};
+
 /// A gap is the time between two ticks of a timer of one millisecond: whoever
 /// clicks within it waits for its end.
 struct Gaps {
-    double longest = 0;        ///< ms
-    double longestWork = 0;    ///< of it, ms of processor time of the main thread:
-                               ///< the rest it was waiting, or others had the processor
-    double percentile99_9 = 0; ///< ms
-    std::size_t over50 = 0;    ///< longer than 50 ms
+    Spread time;
+    Spread work; ///< the main thread's processor time in each: the rest of a gap it
+                 ///< was waiting, mostly for a processor that others had
     std::size_t count = 0;
 };
 
@@ -35,8 +38,7 @@ class MainThreadWatch final {
     QTimer timer_;
     QElapsedTimer sinceTick_;
     double workAtTick_ = 0;
-    std::vector<double> gaps_;
-    double longest_ = 0, longestWork_ = 0;
+    std::vector<double> times_, works_;
 };
 
 } // namespace oxlade::benchmarks
