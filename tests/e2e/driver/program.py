@@ -291,7 +291,10 @@ class Program:
         return wait_until(condition, what, explain=self._said)
 
     def wait_for_end(self) -> int:
+        """Its exit status; what it said last stands in the test's output."""
         wait_until(lambda: self.process.poll() is not None, "the program's end")
+        if self.process.returncode != 0:
+            print(self._log.read_text(encoding="utf-8", errors="replace"))
         return self.process.returncode
 
     # Doing
@@ -318,10 +321,16 @@ class Program:
         self.wait(lambda: not self._is_open(alert), f"{message!r} closed")
 
     def check(self) -> None:
-        """A whole check that succeeds."""
+        """A whole check that succeeds; also one more, after which all looks as before."""
+        ended = self.runs_ended()
         self.press(self.texts.check)
+        self.wait(lambda: self.runs_ended() > ended, "the end of the check")
         self.wait_for(self.texts.ready)
         self.wait(lambda: self.is_enabled(self.texts.flash), "Flash OS enabled")
+
+    def runs_ended(self) -> int:
+        """How many runs the log says have ended."""
+        return self.log().count("\n" + self.texts.exited.partition("{")[0])
 
     def start_flashing(self) -> None:
         self.press(self.texts.flash)
