@@ -49,8 +49,11 @@ int main(int argc, char* argv[]) {
         System{mainQueue, helperProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
         userInterface, websiteAddress);
     delegate->installMainMenu();
-    QApplication::setQuitOnLastWindowClosed(
-        delegate->applicationShouldTerminateAfterLastWindowClosed());
+    QApplication::setQuitOnLastWindowClosed(false);
+    // At once: what the toolkit posts by itself, an alert that opens meanwhile undoes.
+    QObject::connect(&application, &QGuiApplication::lastWindowClosed, &application, [&delegate] {
+        if (delegate->applicationShouldTerminateAfterLastWindowClosed()) QApplication::exit();
+    });
     QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
     QApplication::exec();
     return 0;

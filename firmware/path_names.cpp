@@ -11,7 +11,7 @@ std::string_view lastPathComponent(std::string_view path) {
 
 std::string joinedPath(std::string_view directory, std::string_view name) {
     std::string path{directory};
-    if (!path.ends_with('/')) path += '/';
+    if (!path.empty() && !path.ends_with('/')) path += '/';
     path += name;
     return path;
 }

@@ -28,6 +28,15 @@ std::vector<char> bufferFor(const Descriptor& pipe) {
     return std::vector<char>(static_cast<std::size_t>(capacity));
 }
 
+// How much is there now. Also grows the buffer for it: a helper may enlarge its pipe.
+std::size_t available(const Descriptor& pipe, std::vector<char>& buffer) {
+    int count = 0;
+    if (ioctl(pipe.get(), FIONREAD, &count) != 0 || count <= 0) return 0;
+    const auto size = static_cast<std::size_t>(count);
+    if (buffer.size() < size) buffer.resize(size);
+    return size;
+}
+
 // The bytes read; empty at the end, which an unreadable pipe has reached too.
 std::string_view readInto(std::vector<char>& buffer, const Descriptor& pipe, std::size_t limit) {
     ssize_t count = 0;
@@ -158,6 +167,7 @@ void HelperRun::readUntilExit(const Descriptor& output, const Descriptor& wake,
         if (poll(watched, std::size(watched), -1) < 0) continue;
         if (watched[1].revents != 0) return;
         if (watched[0].revents == 0) continue;
+        available(output, buffer);
         const auto bytes = readInto(buffer, output, buffer.size());
         deliver(bytes);
         if (bytes.empty()) watched[0].fd = -1;
@@ -167,11 +177,7 @@ void HelperRun::readUntilExit(const Descriptor& output, const Descriptor& wake,
 // What the helper wrote is all in the pipe by now. Reading that much and no more,
 // nobody who goes on writing can hold up the exit.
 void HelperRun::readRest(const Descriptor& output, std::vector<char>& buffer) {
-    int left = 0;
-    if (ioctl(output.get(), FIONREAD, &left) != 0 || left <= 0) return;
-    const auto count = static_cast<std::size_t>(left);
-    if (buffer.size() < count) buffer.resize(count);
-    deliver(readInto(buffer, output, count));
+    if (const auto left = available(output, buffer)) deliver(readInto(buffer, output, left));
 }
 
 void HelperRun::deliver(std::string_view bytes) {

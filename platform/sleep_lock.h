@@ -14,8 +14,9 @@ class SleepLock {
     using Arrival = std::function<void(Descriptor lock)>;
 
     virtual ~SleepLock() = default;
-    /// Main thread; asks and returns. `arrived` is called at most once, later and
-    /// on the main thread; never when there is no lock to be had.
+    /// Main thread; asks and returns at once. `arrived` is called at most once, on
+    /// any thread, also when the asker is long gone; never when there is no lock to
+    /// be had.
     virtual void acquire(Arrival arrived) = 0;
 };
 

@@ -44,7 +44,7 @@ template <typename Number>
 Number numberIn(const Word& word, std::string_view text, Number least, Number most) {
     const auto number = parseNumber<Number>(text);
     if (!number || !(*number >= least && *number <= most))
-        reject(word, "\"" + std::string(text) + "\" is not a number that fits here");
+        reject(word, '"' + std::string(text) + "\" is not a number that fits here");
     return *number;
 }
 

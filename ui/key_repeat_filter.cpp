@@ -2,6 +2,8 @@
 
 #include <QKeyEvent>
 
+#include <algorithm>
+
 namespace oxlade {
 namespace {
 
@@ -19,7 +21,9 @@ bool KeyRepeatFilter::isRepetition(const QKeyEvent& press) const {
 bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event) {
     if (!isKeyEvent(*event)) return QObject::eventFilter(watched, event);
     const auto& key = static_cast<const QKeyEvent&>(*event);
-    if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+    // The keys that press buttons.
+    const auto keys = {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space};
+    if (std::find(keys.begin(), keys.end(), key.key()) == keys.end()) return false;
     if (event->type() == QEvent::KeyRelease) {
         lastRelease_ = key.timestamp();
         return false;

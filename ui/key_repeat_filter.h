@@ -1,5 +1,5 @@
-// A Return key that is held down answers only once. Without this one long press
-// could ask for an operation and confirm it.
+// A key that presses buttons (Return, Enter, Space) and is held down answers only
+// once. Without this one long press could ask for an operation and confirm it.
 #pragma once
 
 #include <QObject>

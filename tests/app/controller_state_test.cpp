@@ -82,12 +82,6 @@ TEST_F(ControllerState, BundledIsEnabledByTheImageThatStandsThereNow) {
     EXPECT_TRUE(controls.builtinButton.enabled);
 }
 
-TEST_F(ControllerState, ARunLeavesTheLanguageControlAndTheMenuAlone) {
-    startReady();
-    delegate->installFirmware();
-    EXPECT_EQ(trace.take().find("setMainMenu"), std::string::npos);
-}
-
 TEST_F(ControllerState, ChoosingASegmentStoresItAndAnyOtherSelectionIsEnglish) {
     start();
     for (const auto& [segment, stored] : {std::pair{1, "ru"}, {0, "en"}, {-1, "en"}, {2, "en"}}) {

@@ -86,6 +86,8 @@ TEST_F(HelperRunner, OutputIsTakenBeforeTheExitThatFollowsIt) {
     trace.take();
     queue->run();
     const auto lines = trace.take();
+    ASSERT_NE(lines.find("Write 99%"), std::string::npos);
+    ASSERT_NE(lines.find("code 0"), std::string::npos);
     EXPECT_LT(lines.find("Write 99%"), lines.find("code 0"));
 }
 

@@ -19,6 +19,8 @@ TEST_F(BundlePaths, TheWorkingDirectorysHelperIsNamedWithoutATest) {
     EXPECT_EQ(delegate->loaderPath(), "/home/user/oxlade");
     files.workingDirectory = "/";
     EXPECT_EQ(delegate->loaderPath(), "/oxlade");
+    files.workingDirectory = ""; // it was deleted
+    EXPECT_EQ(delegate->loaderPath(), "oxlade");
 }
 
 TEST_F(BundlePaths, NothingIsRemembered) {

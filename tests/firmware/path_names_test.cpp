@@ -17,6 +17,7 @@ TEST(PathNames, JoiningGivesExactlyOneSlash) {
     EXPECT_EQ(joinedPath("/a", "b"), "/a/b");
     EXPECT_EQ(joinedPath("/a/", "b"), "/a/b");
     EXPECT_EQ(joinedPath("/", "b"), "/b");
+    EXPECT_EQ(joinedPath("", "b"), "b") << "not the root";
 }
 
 } // namespace oxlade::test

@@ -39,6 +39,21 @@ TEST_F(StringTable, FindsEveryKeyInBothLanguages) {
         }
 }
 
+TEST_F(StringTable, HoldsTheRussianTextsThatNoOtherTestReads) {
+    CurrentLanguage = 1;
+    EXPECT_EQ(L("device.checking.detail"), "Открываю USB-интерфейс и читаю flash geometry.");
+    EXPECT_EQ(L("device.failed.detail"),
+              "Проверьте USB, режим OS Loader и разрешение macOS на доступ к устройству.");
+    EXPECT_EQ(L("device.unknown.detail"),
+              "Подключите MPC4000 по USB и включите режим OS Loader на устройстве.");
+    EXPECT_EQ(L("firmware.invalid.small"), "Файл слишком маленький для прошивки MPC4000.");
+    EXPECT_EQ(L("panel.message"), "Выберите файл OS для MPC4000");
+    EXPECT_EQ(L("confirm.text"), "Flash-память будет стерта перед записью. Не выключайте MPC4000 и "
+                                 "не отключайте USB до завершения.");
+    EXPECT_EQ(L("log.helperFailed"), "Не удалось запустить helper: %@");
+    EXPECT_EQ(L("log.helperMissing"), "Не найден helper: %@");
+}
+
 TEST_F(StringTable, AnUnknownKeyIsItsOwnText) {
     for (const std::string_view key : {"op.readyy", "op", "", "Op.ready", "zzz", "a", "op.ready "})
         for (CurrentLanguage = 0; CurrentLanguage < 2; ++CurrentLanguage) EXPECT_EQ(L(key), key);

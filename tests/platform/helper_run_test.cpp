@@ -228,7 +228,28 @@ TEST(HelperRun, LettingGoOfTheRunLeavesTheHelperAlone) {
     EXPECT_TRUE(run.waitForExit());
 }
 
-TEST(HelperRun, AFloodIsTakenAsFastAsItComes) {
+// What the system takes in one piece comes in one piece: a line is cut by nobody
+// but the helper.
+TEST(HelperRun, AChunkIsAllThatIsThere) {
+    for (const auto* mode : {"once", "once-through-a-larger-pipe"}) {
+        const bool isLarge = std::string(mode) != "once";
+        RecordedRun run(helper, {mode, isLarge ? "500000" : "60000"});
+        ASSERT_EQ(run.process->launch(), std::nullopt);
+        EXPECT_TRUE(run.waitForExit());
+        EXPECT_EQ(run.process->terminationStatus(), 0);
+        EXPECT_EQ(run.text().size(), isLarge ? 500000u : 60000u);
+        EXPECT_EQ(run.chunks(), 1) << mode;
+    }
+}
+
+TEST(HelperRun, AKeyInTheTerminalStopsNeitherProgramNorHelper) {
+    const PosixHelperProcesses processes;
+    struct sigaction atStop {};
+    ASSERT_EQ(sigaction(SIGTSTP, nullptr, &atStop), 0);
+    EXPECT_EQ(atStop.sa_handler, SIG_IGN);
+}
+
+TEST(HelperRun, AFloodIsTakenWhole) {
     RecordedRun run(helper, {"print", "20000000"});
     ASSERT_EQ(run.process->launch(), std::nullopt);
     EXPECT_TRUE(run.waitForExit());

@@ -58,6 +58,11 @@ TEST_F(KeeperTest, GoesWithTheRunAlsoWhenAGrandchildHoldsThePipe) {
 }
 
 TEST_F(KeeperTest, GoesAtOnceWhenTheHelperCannotBeStarted) {
+    {
+        RecordedRun going(OXLADE_TEST_HELPER, {"print", "1"}, PosixHelperProcesses(keeper_));
+        ASSERT_EQ(going.process->launch(), std::nullopt) << "there is a keeper to be started";
+        EXPECT_TRUE(going.waitForExit());
+    }
     RecordedRun refused(folder_.path("missing"), {}, PosixHelperProcesses(keeper_));
     EXPECT_NE(refused.process->launch(), std::nullopt);
     EXPECT_TRUE(eventually([&] { return !keeperIsThere(); }));

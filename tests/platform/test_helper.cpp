@@ -90,6 +90,11 @@ int main(int argc, char** argv) {
     const char* const second = argc > 3 ? argv[3] : "0";
     if (mode == "print") putBytes(std::atol(first));
     if (mode == "print") return std::atoi(second);
+    if (mode == "once") put(std::string(static_cast<std::size_t>(std::atol(first)), 'x'));
+    if (mode == "once-through-a-larger-pipe") {
+        if (fcntl(STDOUT_FILENO, F_SETPIPE_SZ, 1 << 20) < 0) return 1;
+        put(std::string(static_cast<std::size_t>(std::atol(first)), 'x'));
+    }
     if (mode == "signal") return std::raise(std::atoi(first));
     if (mode == "arguments")
         for (int i = 2; i < argc; ++i) putHex(argv[i]);

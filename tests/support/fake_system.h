@@ -83,6 +83,8 @@ class FakeProcess final : public HelperProcess {
         terminated = std::move(handler);
     }
     std::optional<std::string> launch() override {
+        // What a real one would print before it is listened to would be lost.
+        if (!readable || !terminated) trace_.add("launched without its callbacks");
         trace_.add(launchError ? "launch refused" : "launched");
         return launchError;
     }
