@@ -49,11 +49,11 @@ int main(int argc, char* argv[]) {
         System{mainQueue, helperProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
         userInterface, websiteAddress);
     delegate->installMainMenu();
+    // By ourselves: the quit that the toolkit posts is undone by an alert that opens then.
     QApplication::setQuitOnLastWindowClosed(false);
-    // At once: what the toolkit posts by itself, an alert that opens meanwhile undoes.
-    QObject::connect(&application, &QGuiApplication::lastWindowClosed, &application, [&delegate] {
-        if (delegate->applicationShouldTerminateAfterLastWindowClosed()) QApplication::exit();
-    });
+    if (delegate->applicationShouldTerminateAfterLastWindowClosed())
+        QObject::connect(&application, &QGuiApplication::lastWindowClosed,
+                         [] { QApplication::exit(); });
     QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
     QApplication::exec();
     return 0;

@@ -60,6 +60,16 @@ updateButtons: checkButton chooseButton builtinButton installButton
     }
 }
 
+TEST_F(Finish, TheProgramIsIdleAgainBeforeAnythingIsReported) {
+    startReady();
+    delegate->installFirmware();
+    EXPECT_EQ(delegate->currentMode(), "install");
+    dialogs.duringAlert = [this] { EXPECT_EQ(delegate->currentMode(), ""); };
+    exit(0);
+    EXPECT_EQ(delegate->currentMode(), "");
+    EXPECT_EQ(delegate->currentTask(), nullptr);
+}
+
 TEST_F(Finish, TheAlertSpeaksTheLanguageOfItsMoment) {
     startReady();
     delegate->installFirmware();
