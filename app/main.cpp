@@ -40,9 +40,7 @@ int main(int argc, char* argv[]) {
 
     QtUserInterface userInterface{
         {bundle.version(), websiteLabel, [&desktop] { return desktop.shouldReduceMotion(); }}};
-    const auto followColorScheme = [&] { userInterface.setColorScheme(desktop.colorScheme()); };
-    desktop.setChangeHandler(followColorScheme);
-    followColorScheme();
+    desktop.setChangeHandler([&] { userInterface.setColorScheme(desktop.colorScheme()); });
     QtDialogs dialogs{[&userInterface] { return userInterface.window(); }};
 
     const auto delegate = std::make_shared<AppDelegate>(
