@@ -56,7 +56,7 @@ class World:
         self._screen = screen
         self.environment = self._base_environment(language)
         try:
-            self._start_bus()
+            self._start_session_bus()
             if display:
                 self.start_display()
             if window_manager:
@@ -106,7 +106,7 @@ class World:
         self._processes.append(process)
         return process
 
-    def _start_bus(self) -> None:
+    def _start_session_bus(self) -> None:
         services = self.folder / "services"
         services.mkdir()
         installed = Path("/usr/share/dbus-1/services/org.a11y.Bus.service")
@@ -115,12 +115,17 @@ class World:
         (services / installed.name).write_text(
             "".join(line for line in lines if not line.startswith("SystemdService")),
             encoding="utf-8")
-        socket, configuration = self.folder / "bus", self.folder / "bus.conf"
-        configuration.write_text(_BUS_CONFIGURATION.format(socket=socket, services=services),
-                                 encoding="utf-8")
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus("bus", services)
+
+    def start_bus(self, name: str, services: Path | None = None) -> str:
+        """The address of a new bus, with those services to start when they are called."""
+        socket, configuration = self.folder / name, self.folder / f"{name}.conf"
+        configuration.write_text(
+            _BUS_CONFIGURATION.format(socket=socket, services=services or self.folder / "none"),
+            encoding="utf-8")
         self.start(["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile"])
-        wait_until(socket.exists, "the session bus")
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={socket}"
+        wait_until(socket.exists, f"the bus {name}")
+        return f"unix:path={socket}"
 
     def start_display(self) -> subprocess.Popen[bytes]:
         """One more display; from now on it is the one that programs get."""
