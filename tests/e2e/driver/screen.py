@@ -51,6 +51,14 @@ class Screen:
     def type(self, text: str) -> None:
         self._xdotool("type", "--clearmodifiers", text)
 
+    def drag(self, x: int, y: int, by_x: int, by_y: int) -> None:
+        """Presses there, moves in a few steps, lets go."""
+        steps = 4
+        self._xdotool("mousemove", str(x), str(y), "mousedown", "1")
+        for step in range(1, steps + 1):
+            self._xdotool("mousemove", str(x + by_x * step // steps), str(y + by_y * step // steps))
+        self._xdotool("mouseup", "1")
+
     def click(self, x: int, y: int) -> None:
         self._xdotool("mousemove", str(x), str(y), "click", "1")
 
@@ -65,6 +73,14 @@ class Screen:
                         "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "+repage", str(file)],
                        env=self._world.environment, check=True, timeout=60)
         return file
+
+    def pixels(self, x: int, y: int, width: int, height: int) -> bytes:
+        """That part of the screen: three bytes each, row by row."""
+        result = subprocess.run(["import", "-silent", "-window", "root", "-crop",
+                                 f"{width}x{height}+{x}+{y}", "+repage", "-depth", "8", "rgb:-"],
+                                env=self._world.environment, check=True, timeout=60,
+                                capture_output=True)
+        return result.stdout
 
     def settled_picture(self, file: Path, window: str) -> Path:
         """A picture of which two were equal: painting lags behind what is said."""
