@@ -12,6 +12,7 @@
 #include "app/device_state.h"
 #include "app/helper_mode.h"
 #include "app/output_parser.h"
+#include "app/output_text.h"
 #include "app/system.h"
 #include "app/user_interface.h"
 #include "i18n/window_texts.h"
@@ -93,8 +94,8 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void setCurrentTask(std::shared_ptr<HelperProcess> task) { currentTask_ = std::move(task); }
     const HelperMode& currentMode() const { return currentMode_; }
     void setCurrentMode(HelperMode mode) { currentMode_ = std::move(mode); }
-    const std::string& taskOutput() const { return taskOutput_; }
-    void setTaskOutput(std::string output) { taskOutput_ = std::move(output); }
+    std::string taskOutput() const { return taskOutput_.string(); }
+    void setTaskOutput(std::string_view output) { taskOutput_ = OutputText{output}; }
 
   private:
     void apply(const EraseReport& report);
@@ -116,7 +117,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     std::int32_t operationPercent_ = 0;
     std::shared_ptr<HelperProcess> currentTask_; ///< non-null: the program is busy
     HelperMode currentMode_;
-    std::string taskOutput_;
+    OutputText taskOutput_;
 };
 
 } // namespace oxlade

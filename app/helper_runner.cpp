@@ -76,7 +76,7 @@ void AppDelegate::installCallbacks(const std::shared_ptr<HelperProcess>& task) {
 
 void AppDelegate::handleTaskOutput(const std::string& text) {
     if (text.empty()) return;
-    taskOutput_ += text;
+    taskOutput_.append(text);
     std::string lines = text;
     std::replace(lines.begin(), lines.end(), '\r', '\n');
     appendLog(lines);

@@ -1,4 +1,4 @@
-// The entry point: puts the pieces together and runs the event loop.
+// Puts the pieces together and runs the event loop.
 #include "app/app_delegate.h"
 #include "app/build_facts.h"
 #include "i18n/language_choice.h"
@@ -6,6 +6,7 @@
 #include "platform/bundle.h"
 #include "platform/desktop_settings.h"
 #include "platform/file_system.h"
+#include "platform/font_cache.h"
 #include "platform/helper_process.h"
 #include "platform/login_manager.h"
 #include "platform/main_queue.h"
@@ -21,8 +22,8 @@
 using namespace oxlade;
 
 int main(int argc, char* argv[]) {
-    // The program has no options, not even those that the toolkit would take.
-    argc = 1;
+    readFontsAhead();
+    argc = 1; // there are no options, not even those that the toolkit would take
     QApplication application{argc, argv};
 
     StoredUserDefaults userDefaults;

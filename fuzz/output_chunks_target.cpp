@@ -1,10 +1,10 @@
 // The helper's output, cut where the input says, through the whole controller.
-#include "app/chunk_decoder.h"
 #include "fuzz/fuzz_target.h"
 #include "i18n/string_table.h"
 #include "tests/support/fake_controls.h"
 #include "tests/support/fake_interface.h"
 #include "tests/support/fake_system.h"
+#include "tests/support/run_model.h"
 
 #include <algorithm>
 
@@ -42,14 +42,6 @@ struct Program {
         "https://oxlade.example/");
 };
 
-/// What the log must hold of a chunk.
-std::string logged(std::string_view chunk) {
-    auto text = decodeChunk(chunk);
-    mustHold(isUtf8(text), "decoded text is UTF-8");
-    std::replace(text.begin(), text.end(), '\r', '\n');
-    return text;
-}
-
 } // namespace
 
 // The first byte says how many of the next ones are lengths of chunks; what is
@@ -62,16 +54,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bytes.remove_prefix(1 + count);
 
     Program program;
-    std::string expected;
+    RunModel model;
     const auto print = [&](std::string_view chunk) {
         if (chunk.empty()) return;
         program.print(chunk);
-        expected += logged(chunk);
-        mustHold(program.controls.progress.value >= 0 && program.controls.progress.value <= 100,
-                 "the bar stays in its range");
-        mustHold(program.delegate->operationPercent() >= -1 &&
-                     program.delegate->operationPercent() <= 100,
-                 "the percentage stays in its range");
+        model.take(chunk);
+        mustHold(program.controls.progress.value == model.bar, "the bar stands as the model's");
+        mustHold(model.bar >= 0 && model.bar <= 100, "the bar stays in its range");
+        mustHold(program.delegate->operationKey() == model.key, "the operation is the model's");
+        mustHold(program.delegate->operationPercent() == model.percent,
+                 "the percentage is the model's");
+        mustHold(program.delegate->deviceGeometry() == model.geometry,
+                 "the geometry is the model's");
     };
     for (const char length : lengths) {
         const auto chunk = bytes.substr(0, static_cast<unsigned char>(length));
@@ -79,6 +73,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         print(chunk);
     }
     print(bytes);
-    mustHold(program.controls.logView.text == expected, "the log holds the decoded text");
+    mustHold(program.controls.logView.text == model.log, "the log holds the decoded text");
     return 0;
 }

@@ -24,11 +24,11 @@ QFont monospacedFont(int pixels) {
 void chooseInterfaceFont() {
     const QString better = QStringLiteral("Inter");
     QFont font = QApplication::font();
+    font.setPixelSize(13); // before it is looked up: one of another size is never used
     const QString family = QFontInfo{font}.family();
     const bool none = family.startsWith(QLatin1String{"DejaVu"}) ||
                       family.startsWith(QLatin1String{"Bitstream Vera"});
     if (none && QFontDatabase::hasFamily(better)) font.setFamilies({better});
-    font.setPixelSize(13);
     QApplication::setFont(font);
 }
 

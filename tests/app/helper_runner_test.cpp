@@ -35,6 +35,19 @@ TEST_F(HelperRunner, TaskOutputKeepsTheTextBeforeItsCarriageReturnsAreReplaced) 
     EXPECT_EQ(delegate->taskOutput(), "") << "new with the next";
 }
 
+TEST_F(HelperRunner, TaskOutputKeepsEverythingHoweverMuchItIs) {
+    start();
+    delegate->checkDevice();
+    std::string expected;
+    for (int i = 0; i < 40; ++i) {
+        const std::string chunk(60'000, static_cast<char>('a' + i % 26));
+        print(chunk);
+        expected += chunk;
+    }
+    EXPECT_TRUE(delegate->taskOutput() == expected);
+    trace.take();
+}
+
 TEST_F(HelperRunner, AMissingHelperLeavesTheOutputOfTheLastRun) {
     start();
     delegate->checkDevice();
