@@ -51,6 +51,11 @@ class Bundle:
     def image(self) -> Path:
         return self.root / "Contents" / "Resources" / IMAGE
 
+    @property
+    def facts(self) -> Path:
+        """What it says about itself."""
+        return self.root / "Contents" / "Info.plist"
+
     def replace(self, part: Path, content: bytes, mode: int = 0o755) -> None:
         part.unlink()  # the original may be the same file
         part.write_bytes(content)
