@@ -12,6 +12,10 @@ target_compile_definitions(oxlade_options INTERFACE QT_NO_CAST_FROM_ASCII
 
 set(OXLADE_SANITIZE "" CACHE STRING "Sanitizers for everything, as -fsanitize= takes them")
 if(OXLADE_SANITIZE)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # With the sanitizers' code in between it loses track within the standard library.
+    target_compile_options(oxlade_options INTERFACE -Wno-maybe-uninitialized)
+  endif()
   add_compile_options(-fsanitize=${OXLADE_SANITIZE} -fno-omit-frame-pointer
                       -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${OXLADE_SANITIZE})
