@@ -5,7 +5,7 @@ from case import EndToEndCase
 from driver.accessibility import Element
 from driver.program import Program
 from driver.texts import EN, RU, Texts
-from driver.waiting import pump, wait_until
+from driver.waiting import Gone, pump, wait_until
 
 NAME_CHANGED = "object:property-change:accessible-name"
 
@@ -124,3 +124,29 @@ class AccessibilityTest(EndToEndCase):
         self.sampler.open("erase:31")
         program.wait_for("50%")
         self.assertEqual((percent(), operation()), (0, 1))
+
+    def test_the_log_cannot_be_edited_over_the_bus(self) -> None:
+        program = self.start()
+        log, before = program.log_view, program.log()
+        self.assertIn("org.a11y.atspi.Text", log.interfaces())
+        self.assertNotIn("org.a11y.atspi.EditableText", log.interfaces())
+        self.assertFalse(log.has_state("editable"))
+        with self.assertRaises(Gone):
+            log.set_text("something else")
+        self.assertEqual(program.log(), before)
+
+    def test_a_very_long_line_reads_as_the_one_line_that_it_is(self) -> None:
+        behaviour = "speed=max,long-line=10000"
+        program = self.start(behaviour)
+        program.check()
+        printed = self.printed_by_helper(behaviour, "--info").decode()
+        (line,) = [line for line in printed.split("\n") if len(line) == 10_000]
+        program.wait_for_last_line(program.texts.exited.format(0))
+        text = program.log()
+        self.assertTrue(f"\n{line}\n" in text, "the line is not in the log as one")
+        log = program.log_view
+        self.assertEqual(log.text_length(), len(text))
+        # In pieces, too, across the place where the view breaks it.
+        start = text.index(line)
+        for at in (3_990, 7_995):
+            self.assertEqual(log.text(start + at, start + at + 20), line[at:at + 20])

@@ -194,6 +194,46 @@ class KeyboardTest(EndToEndCase):
         program.check()
         self.assertIsNone(program.process.poll())
 
+    def back_on(self, program: Program, name: str) -> None:
+        program.wait(lambda: not program.dialogs(), "the alert closed")
+        self.wait_in_front(program)
+        wait_until(lambda: self.focused(program) == name, f"the focus back on {name!r}", 5,
+                   lambda: f"it is on {self.focused(program)!r}")
+
+    def test_the_focus_returns_to_flash_os_after_the_closing_alert(self) -> None:
+        program = self.start_in_front()
+        program.check()
+        self.tab_to(program, program.texts.flash)
+        program.screen.key("space")
+        for message in (program.texts.confirm, program.texts.done):
+            program.alert(message)
+            wait_until(lambda: program.screen.active_window() != program.window(),
+                       "the alert active")
+            program.screen.key("Return")
+            if message == program.texts.confirm:
+                wait_until(lambda: self.sampler.flashes() == 1, "the flash")
+        self.back_on(program, program.texts.flash)
+        # And it is of use there.
+        program.screen.key("space")
+        program.alert(program.texts.confirm)
+
+    def test_the_focus_returns_to_flash_os_after_a_cancelled_confirmation(self) -> None:
+        program = self.start_in_front()
+        program.check()
+        self.tab_to(program, program.texts.flash)
+        program.screen.key("space")
+        program.alert(program.texts.confirm)
+        wait_until(lambda: program.screen.active_window() != program.window(), "the alert active")
+        program.screen.key("Escape")
+        self.back_on(program, program.texts.flash)
+
+    def test_the_focus_returns_to_check_after_a_check(self) -> None:
+        program = self.start_in_front()
+        self.tab_to(program, program.texts.check)
+        program.screen.key("space")
+        program.wait_for(program.texts.ready)
+        self.back_on(program, program.texts.check)
+
     def test_control_q_quits_in_mid_run_without_a_question(self) -> None:
         program = self.start_in_front("speed=max,strict," + self.sampler.at("write:50"))
         program.check()

@@ -22,7 +22,7 @@ _CALL_MILLISECONDS = 20_000
 
 # Bits of the state set that are asked for.
 _STATES = {"enabled": 8, "focused": 12, "sensitive": 24, "showing": 25, "checked": 4,
-           "focusable": 11, "modal": 16, "selected": 23}
+           "focusable": 11, "modal": 16, "selected": 23, "editable": 7}
 
 
 class Bus:
@@ -112,6 +112,9 @@ class Element:
     @property
     def role(self) -> str:
         return self._call("Accessible", "GetRoleName")[0]
+
+    def interfaces(self) -> list[str]:
+        return self._call("Accessible", "GetInterfaces")[0]
 
     def has_state(self, state: str) -> bool:
         low, high = self._call("Accessible", "GetState")[0]
