@@ -1,6 +1,8 @@
 #include "ui/accessibility.h"
 
 #include "ui/labels.h"
+#include "ui/log_access.h"
+#include "ui/log_text_view.h"
 #include "ui/segmented_switch.h"
 #include "ui/sprites/wait_girl_view.h"
 #include "ui/status_views.h"
@@ -70,6 +72,7 @@ bool isGroup(const QObject& object) {
 QAccessibleInterface* interfaceFor(const QString&, QObject* object) {
     if (auto* field = dynamic_cast<TextField*>(object)) return new TextAccess{*field};
     if (auto* bar = dynamic_cast<ProgressBar*>(object)) return new ProgressAccess{*bar};
+    if (auto* log = dynamic_cast<LogTextView*>(object)) return makeLogAccess(*log);
     auto* widget = qobject_cast<QWidget*>(object);
     if (widget == nullptr) return nullptr;
     // A filler is what screen readers pass over in silence.

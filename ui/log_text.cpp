@@ -13,19 +13,26 @@ bool endsBlock(QChar c) {
 
 } // namespace
 
-QString LogText::take(qsizetype limit) {
-    qsizetype end = std::min(taken_ + limit, text_.size());
-    if (end > taken_ && end < text_.size() && text_[end - 1].isHighSurrogate()) ++end;
+qsizetype LogText::pending() const {
+    const bool heldBack = !text_.isEmpty() && endsBlock(text_.back());
+    return text_.size() - (heldBack ? 1 : 0) - taken_;
+}
+
+QString LogText::take(qsizetype limit, Lines lines) {
+    const qsizetype last = taken_ + pending();
+    qsizetype end = std::min(taken_ + limit, last);
+    if (end > taken_ && end < last && text_[end - 1].isHighSurrogate()) ++end;
     QString view;
     view.reserve(end - taken_ + 16);
     const qsizetype viewStart = taken_ + qsizetype(breaks_.size());
     for (; taken_ < end; ++taken_) {
         const QChar c = text_[taken_];
         if (endsBlock(c)) {
-            // One break each, so that positions stay countable: a document would
+            // One character each, so that positions stay countable: a document would
             // make one of a carriage return and the line feed after it.
-            view += u'\n';
-            column_ = 0;
+            const bool stays = lines == Lines::packed && column_ < fullBlock;
+            view += stays ? QChar{QChar::LineSeparator} : QChar{u'\n'};
+            column_ = stays ? column_ + 1 : 0;
             continue;
         }
         if (column_ >= longestBlock && !c.isLowSurrogate()) {
@@ -47,6 +54,14 @@ QString LogText::between(qsizetype viewFrom, qsizetype viewTo) const {
 qsizetype LogText::toText(qsizetype viewPosition) const {
     const auto before = std::lower_bound(breaks_.begin(), breaks_.end(), viewPosition);
     return viewPosition - (before - breaks_.begin());
+}
+
+qsizetype LogText::toView(qsizetype textPosition) const {
+    const auto isBefore = [&](const qsizetype& inserted) {
+        return inserted - (&inserted - breaks_.data()) < textPosition;
+    };
+    const auto before = std::partition_point(breaks_.begin(), breaks_.end(), isBefore);
+    return textPosition + (before - breaks_.begin());
 }
 
 } // namespace oxlade

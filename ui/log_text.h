@@ -14,23 +14,35 @@ class LogText final {
   public:
     /// A line longer than this is broken in the view.
     static constexpr qsizetype longestBlock = 4000;
+    /// A block this long takes no further line when lines are packed.
+    static constexpr qsizetype fullBlock = 2000;
+
+    /// What a line ending becomes in the view: a block's end each, or, where very
+    /// many lines come at once, a mere line separator within a block of many lines.
+    enum class Lines { each, packed };
 
     void append(const QString& text) { text_ += text; }
     const QString& text() const { return text_; }
-    /// What has not gone to the view yet, in characters.
-    qsizetype pending() const { return text_.size() - taken_; }
+    /// What the view has of it.
+    qsizetype taken() const { return taken_; }
+    /// What could go to the view, in characters. A line ending at the very end could
+    /// not: it would only add an empty line there. It goes with what follows it.
+    qsizetype pending() const;
     /// The next piece for the view, at most `limit` characters of the text (one
     /// more where that would cut a surrogate pair), with breaks put in.
-    QString take(qsizetype limit);
+    QString take(qsizetype limit, Lines lines = Lines::each);
     /// The text between two positions of the view.
     QString between(qsizetype viewFrom, qsizetype viewTo) const;
 
-  private:
+    /// The text's position at a position of the view, and the other way round for
+    /// what the view has.
     qsizetype toText(qsizetype viewPosition) const;
+    qsizetype toView(qsizetype textPosition) const;
 
+  private:
     QString text_;
-    qsizetype taken_ = 0;           ///< how much of it the view has
-    qsizetype column_ = 0;          ///< the length of the view's last line
+    qsizetype taken_ = 0;
+    qsizetype column_ = 0;          ///< the length of the view's last block
     std::vector<qsizetype> breaks_; ///< view positions of the breaks put in, ascending
 };
 

