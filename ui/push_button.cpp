@@ -6,7 +6,6 @@
 #include "ui/palette.h"
 #include "ui/text_drawing.h"
 
-#include <QApplication>
 #include <QEvent>
 #include <QPainter>
 
@@ -38,11 +37,13 @@ void PushButton::setTitle(std::string_view title) {
 
 void PushButton::setEnabled(bool enabled) {
     if (enabled == isEnabled()) return;
-    if (!enabled) lostFocus_ = hasFocus();
+    // Asked of the window, which knows it also while another one, an alert, is active.
+    if (!enabled) lostFocus_ = window()->focusWidget() == this;
     QPushButton::setEnabled(enabled);
     if (!enabled && lostFocus_) window()->setFocus();
-    if (enabled && lostFocus_ && QApplication::focusWidget() == window())
-        setFocus(Qt::OtherFocusReason);
+    const QWidget* holder = window()->focusWidget();
+    const bool nobodyHolds = holder == nullptr || holder == window();
+    if (enabled && lostFocus_ && nobodyHolds) setFocus(Qt::OtherFocusReason);
     if (enabled) lostFocus_ = false;
 }
 
@@ -100,7 +101,7 @@ void LinkButton::paintEvent(QPaintEvent*) {
     QPainter painter{this};
     painter.setPen(color(SemanticColor::linkColor, palette()));
     QFont shown = font();
-    shown.setUnderline(isDown() || focusRing_.isShownOn(*this));
+    shown.setUnderline(isDown());
     painter.setFont(shown);
     drawLine(painter, rect(), shownText(text()), Qt::AlignLeft);
 }

@@ -44,11 +44,13 @@ class PushButton final : public QPushButton, public Button {
     std::string title_;
 };
 
-/// No border; the pointing hand over it.
+/// No border; the pointing hand over it. It is no larger than its text: the ring that
+/// shows its focus is drawn by whatever it stands on.
 class LinkButton final : public QPushButton {
   public:
     LinkButton(const QString& title, QWidget* parent);
     QSize sizeHint() const override;
+    bool showsFocus() const { return focusRing_.isShownOn(*this); }
 
   protected:
     bool event(QEvent* event) override;

@@ -2,7 +2,11 @@
 
 #include "i18n/string_table.h"
 #include "platform/text.h"
+#include "ui/control_drawing.h"
 #include "ui/layout.h"
+
+#include <QApplication>
+#include <QPainter>
 
 #include <cmath>
 
@@ -61,6 +65,7 @@ WindowContent::WindowContent(const WindowContext& context, const WindowActions& 
     buildProgressCard(actions);
     buildLog();
     buildCreditLine(context, actions);
+    connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
 }
 
 void WindowContent::buildHeader(const WindowContext& context, const WindowActions& actions) {
@@ -136,6 +141,14 @@ void WindowContent::buildCreditLine(const WindowContext& context, const WindowAc
     const int x = int(std::floor((contentSize.width() - (credit + gap + link)) * 0.5));
     placed(creditLabel, "creditLabel", {x, y, credit, height});
     placed(websiteLink, "websiteLink", {x + credit + gap, y, link, height});
+}
+
+void WindowContent::paintEvent(QPaintEvent*) {
+    QPainter painter{this};
+    if (logView->showsFocus())
+        drawFocusRing(painter, logScrollView->geometry(), LogPanel::cornerRadius, palette());
+    if (websiteLink->showsFocus())
+        drawFocusRing(painter, websiteLink->geometry().adjusted(-2, 0, 2, 0), 2, palette());
 }
 
 bool WindowContent::isBackground(const QPoint& at) const {

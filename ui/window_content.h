@@ -59,6 +59,10 @@ class WindowContent final : public QWidget {
     /// Whether the window can be dragged by what stands at this point.
     bool isBackground(const QPoint& at) const;
 
+  protected:
+    /// Draws the focus rings that have no room within their controls.
+    void paintEvent(QPaintEvent* event) override;
+
   private:
     void buildHeader(const WindowContext& context, const WindowActions& actions);
     void buildDeviceCard(const WindowActions& actions);
