@@ -7,6 +7,8 @@
 #include <QShortcut>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace oxlade {
 namespace {
 
@@ -15,6 +17,11 @@ constexpr Qt::WindowFlags frameFlags = Qt::Window | Qt::CustomizeWindowHint | Qt
                                        Qt::WindowCloseButtonHint;
 
 } // namespace
+
+QPoint startingPlace(const QRect& available, const QSize& window) {
+    const QPoint centred = available.center() - QRect{{}, window}.center();
+    return {std::max(centred.x(), available.left()), std::max(centred.y(), available.top())};
+}
 
 MainWindow::MainWindow(const WindowContext& context, const WindowActions& actions)
     : QMainWindow{nullptr, frameFlags}, menu_{*this}, content_{new WindowContent{context, actions,
@@ -26,6 +33,7 @@ MainWindow::MainWindow(const WindowContext& context, const WindowActions& action
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     addDefaultKey(Qt::Key_Return);
     addDefaultKey(Qt::Key_Enter);
+    startMove = [this] { windowHandle()->startSystemMove(); };
     // No control has the keyboard at first; Tab begins with the first one.
     setFocus();
 }
@@ -38,8 +46,7 @@ void MainWindow::addDefaultKey(int key) {
 
 void MainWindow::makeKeyAndOrderFront() {
     adjustSize();
-    const QRect available = screen()->availableGeometry();
-    move(available.center() - rect().center());
+    move(startingPlace(screen()->availableGeometry(), size()));
     show();
     raise();
     activateWindow();
@@ -80,7 +87,7 @@ void MainWindow::mouseMoveEvent(QMouseEvent* event) {
     const QPoint moved = event->globalPosition().toPoint() - *pressedAt_;
     if (moved.manhattanLength() < QApplication::startDragDistance() / 2) return;
     pressedAt_.reset();
-    if (windowHandle() != nullptr) windowHandle()->startSystemMove();
+    startMove();
 }
 
 void MainWindow::mouseReleaseEvent(QMouseEvent*) { pressedAt_.reset(); }

@@ -8,9 +8,14 @@
 #include <QMainWindow>
 #include <QPoint>
 
+#include <functional>
 #include <optional>
 
 namespace oxlade {
+
+/// Where a window of this size, its frame not counted, is put at first: in the middle,
+/// but with its title bar on the screen however small that is.
+QPoint startingPlace(const QRect& available, const QSize& window);
 
 /// Of fixed size; can be minimised, and closed, which ends the program when it is
 /// the last window. Return and Enter press the flash button from anywhere in it.
@@ -25,6 +30,9 @@ class MainWindow final : public QMainWindow, public Window {
     void setMenu(const MenuTree& menu) { menu_.install(menu); }
     WindowContent& content() const { return *content_; }
     const MainMenu& menu() const { return menu_; }
+
+    /// Begins a drag of the window; replaceable where there is no window system.
+    std::function<void()> startMove;
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
