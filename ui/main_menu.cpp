@@ -2,10 +2,13 @@
 
 #include "platform/text.h"
 #include "ui/log_text_view.h"
+#include "ui/palette.h"
 
 #include <QApplication>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QPainter>
+#include <QStyleOptionMenuItem>
 
 #include <utility>
 
@@ -23,6 +26,22 @@ QKeySequence commandKey(char letter) {
 
 } // namespace
 
+void MenuBar::paintEvent(QPaintEvent*) {
+    QPainter painter{this};
+    painter.fillRect(rect(), palette().window());
+    painter.fillRect(0, height() - 1, width(), 1, color(SemanticColor::separatorColor, palette()));
+    constexpr int text = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine;
+    for (QAction* action : actions()) {
+        QStyleOptionMenuItem item;
+        initStyleOption(&item, action);
+        const QRect place = actionGeometry(action);
+        const bool chosen = item.state & QStyle::State_Selected;
+        if (chosen) painter.fillRect(place.adjusted(0, 0, 0, -1), palette().highlight());
+        style()->drawItemText(&painter, place, text, palette(), action->isEnabled(), item.text,
+                              chosen ? QPalette::HighlightedText : QPalette::WindowText);
+    }
+}
+
 MainMenu::MainMenu(QMainWindow& window) : window_{window} {
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget*, QWidget* to) { focusMoved(to); });
@@ -30,7 +49,7 @@ MainMenu::MainMenu(QMainWindow& window) : window_{window} {
 
 void MainMenu::install(const MenuTree& tree) {
     editing_.clear();
-    auto* bar = new QMenuBar;
+    auto* bar = new MenuBar;
     for (const Menu& description : tree) {
         QMenu* menu = bar->addMenu(plainTitle(description.title));
         for (const MenuItem& item : description.items) addItem(*menu, item);

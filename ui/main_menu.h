@@ -20,6 +20,16 @@ namespace oxlade {
 
 class LogTextView;
 
+/// Paints itself: the style would draw the line under the bar item by item, with gaps
+/// between them where the scale is not a whole number.
+class MenuBar final : public QMenuBar {
+  public:
+    using QMenuBar::QMenuBar;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
 class MainMenu final : public QObject {
   public:
     /// `window` outlives it.
