@@ -27,9 +27,9 @@ QColor fill(AlertStyle style) {
 /// A triangle with soft corners: the pen's round joins make them.
 void drawTriangle(QPainter& painter, const QColor& colour) {
     QPainterPath path;
-    path.moveTo(24, 9);
-    path.lineTo(42, 40);
-    path.lineTo(6, 40);
+    path.moveTo(24, 6);
+    path.lineTo(42, 38);
+    path.lineTo(6, 38);
     path.closeSubpath();
     painter.setPen(QPen{colour, 6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin});
     painter.setBrush(colour);
@@ -65,7 +65,7 @@ QPixmap alertIcon(AlertStyle style, double devicePixelRatio) {
         drawMark(painter, 12, 36, true);
     } else {
         drawTriangle(painter, fill(style));
-        drawMark(painter, 14, 39, false);
+        drawMark(painter, 12, 37, false);
     }
     return result;
 }

@@ -10,8 +10,10 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 
+#include <algorithm>
 #include <utility>
 
 namespace oxlade {
@@ -50,6 +52,19 @@ void dressTexts(QMessageBox& box) {
     }
 }
 
+/// The window's own margins, and the icon's top level with that of the message's
+/// capitals: a label leaves room above them.
+void alignParts(QMessageBox& box) {
+    box.layout()->setContentsMargins(24, 22, 24, 20);
+    for (QLabel* label : box.findChildren<QLabel*>()) {
+        if (label->pixmap().isNull()) continue;
+        const QFontMetrics message{interfaceFont(13, QFont::DemiBold)};
+        const int above = message.ascent() - message.capHeight() - alertIconInset;
+        label->setContentsMargins(0, std::max(0, above), 0, 0);
+        label->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
+    }
+}
+
 /// Matches the ending in any case, also where the desktop's own chooser compares
 /// letter by letter.
 QString nameFilter(const QString& extension) {
@@ -71,12 +86,15 @@ QtDialogs::QtDialogs(std::function<QWidget*()> parent)
 
 bool QtDialogs::runAlert(const Alert& alert) {
     QMessageBox box{parent_()};
+    box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowCloseButtonHint);
     box.setWindowTitle(programName);
     box.setIconPixmap(alertIcon(alert.style, box.devicePixelRatioF()));
     box.setText(toQString(alert.messageText));
     box.setInformativeText(toQString(alert.informativeText));
     const QPushButton* first = addButtons(box, alert.buttons);
     dressTexts(box);
+    alignParts(box);
     box.exec();
     return box.clickedButton() == first;
 }
