@@ -2,6 +2,7 @@
 #include "platform/text.h"
 #include "tests/gui/program.h"
 #include "ui/alerts.h"
+#include "ui/palette.h"
 
 #include <QApplication>
 #include <QFile>
@@ -38,8 +39,9 @@ class AlertTest : public ::testing::Test {
                              autoRepeat);
     }
     /// A press or a release as the window system reports it, at a time of its own.
-    static void sendKey(QWidget& dialog, QEvent::Type type, quint64 time) {
-        QKeyEvent event{type, Qt::Key_Return, Qt::NoModifier};
+    static void sendKey(QWidget& dialog, QEvent::Type type, quint64 time,
+                        int key = Qt::Key_Return) {
+        QKeyEvent event{type, key, Qt::NoModifier};
         event.setTimestamp(time);
         QCoreApplication::sendEvent(dialog.windowHandle(), &event);
     }
@@ -65,7 +67,8 @@ TEST_F(AlertTest, ClosingItIsNotTheFirstButton) {
 
 TEST_F(AlertTest, AHeldReturnDoesNotAnswer) {
     whenShown<QMessageBox>([](QMessageBox& box) {
-        for (int i = 0; i < 30; ++i) press(box, Qt::Key_Return, true);
+        for (const int key : {Qt::Key_Return, Qt::Key_Enter})
+            for (int i = 0; i < 30; ++i) press(box, key, true);
         EXPECT_TRUE(box.isVisible());
         press(box, Qt::Key_Escape);
     });
@@ -84,6 +87,45 @@ TEST_F(AlertTest, ARepetitionThatIsNotMarkedAsOneDoesNotAnswerEither) {
         EXPECT_FALSE(box.isVisible()) << "a press of its own counts";
     });
     EXPECT_TRUE(dialogs.runAlert(question));
+}
+
+TEST_F(AlertTest, AHeldKeypadEnterDoesNotAnswer) {
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        for (quint64 time = 1000; time < 2000; time += 30) {
+            sendKey(box, QEvent::KeyRelease, time, Qt::Key_Enter);
+            sendKey(box, QEvent::KeyPress, time, Qt::Key_Enter);
+        }
+        EXPECT_TRUE(box.isVisible());
+        press(box, Qt::Key_Escape);
+    });
+    EXPECT_FALSE(dialogs.runAlert(question));
+}
+
+TEST_F(AlertTest, CanOnlyBeClosed) {
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        EXPECT_TRUE(box.windowFlags() & Qt::WindowCloseButtonHint);
+        EXPECT_FALSE(box.windowFlags() & Qt::WindowMinimizeButtonHint);
+        EXPECT_FALSE(box.windowFlags() & Qt::WindowMaximizeButtonHint);
+        press(box, Qt::Key_Escape);
+    });
+    dialogs.runAlert(question);
+}
+
+TEST_F(AlertTest, ItsPictureBeginsWhereTheMessagesCapitalsDo) {
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        const QImage image = box.grab().toImage();
+        const QColor ground = image.pixelColor(2, 2);
+        const auto firstInk = [&](int from, int to) {
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = from; x < to; ++x)
+                    if (contrast(image.pixelColor(x, y), ground) > 2) return y;
+            return -1;
+        };
+        const int icon = firstInk(0, 24 + 48), text = firstInk(24 + 56, image.width());
+        EXPECT_LE(std::abs(icon - text), 2) << icon << ' ' << text;
+        press(box, Qt::Key_Escape);
+    });
+    dialogs.runAlert({AlertStyle::critical, "FLASH", "It is erased.", {"Flash", "Cancel"}});
 }
 
 TEST_F(AlertTest, ShowsItsTextsAsTheyAre) {

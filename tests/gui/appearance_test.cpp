@@ -62,14 +62,6 @@ TEST_F(AppearanceTest, TheStatusLightTakesTheNewColourAtOnce) {
     EXPECT_EQ(pixel(centre.x(), centre.y()), color(SemanticColor::systemOrangeColor, Scheme::dark));
 }
 
-TEST_F(AppearanceTest, OldAndNewLogTextTakeTheNewColour) {
-    program.interface->setColorScheme(Scheme::dark);
-    QApplication::processEvents();
-    const QColor text = program.content().logView->palette().color(QPalette::Text);
-    EXPECT_EQ(schemeOf(program.content().logView->palette()), Scheme::dark);
-    EXPECT_GT(text.lightnessF(), 0.7);
-}
-
 TEST_F(AppearanceTest, TheFiguresPlaceKeepsItsColours) {
     const QColor frame = pixel(28, 424), screen = pixel(40, 424);
     program.interface->setColorScheme(Scheme::dark);

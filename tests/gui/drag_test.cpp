@@ -26,12 +26,12 @@ class DragTest : public ::testing::Test {
         QTest::mousePress(window, button, {}, from);
         for (int step = 4; step <= 24; step += 4) {
             // The toolkit's own simulation says which button is down only to itself.
-            const QPointF at = from + QPoint{step, step};
+            const QPointF at = from + QPoint{step, 0};
             QMouseEvent event{QEvent::MouseMove, at,     at + window->position(),
                               Qt::NoButton,      button, Qt::NoModifier};
             QCoreApplication::sendEvent(window, &event);
         }
-        QTest::mouseRelease(window, button, {}, from + QPoint{24, 24});
+        QTest::mouseRelease(window, button, {}, from + QPoint{24, 0});
         QApplication::processEvents();
         return moves;
     }

@@ -98,16 +98,6 @@ TEST(TextLabel, SettingWhatIsShownAlreadyPaintsNothing) {
     EXPECT_GT(paints.count, 0);
 }
 
-TEST(TextLabel, DigitsOfOneWidthDoNotMoveTheOthers) {
-    for (const char* family : {"Inter", "Noto Sans", "DejaVu Sans"}) {
-        QFont font{QLatin1String{family}};
-        font.setPixelSize(13);
-        const QFontMetrics metrics{font};
-        EXPECT_EQ(steadyWidth(QStringLiteral("11%"), metrics),
-                  steadyWidth(QStringLiteral("88%"), metrics));
-    }
-}
-
 QString asShown(const QString& markup) {
     QTextDocument document;
     document.setHtml(markup);

@@ -80,6 +80,13 @@ TEST_F(MenuTest, ItsTitlesHaveNoMnemonics) {
     EXPECT_EQ(item(0, 0)->text(), QStringLiteral("C &&&& D"));
 }
 
+TEST_F(MenuTest, AKeyThatIsInNoTableIsShownItself) {
+    const std::string title{L("menu.unknown")};
+    program.interface->setMainMenu({{title, {{title, MenuAction::copy, 'c'}}}});
+    EXPECT_EQ(bar().actions().at(0)->text(), QStringLiteral("menu.unknown"));
+    EXPECT_EQ(item(0, 0)->text(), QStringLiteral("menu.unknown"));
+}
+
 TEST_F(MenuTest, EveryItemSaysWhatItIsToAMac) {
     EXPECT_EQ(item(0, 0)->menuRole(), QAction::QuitRole);
     EXPECT_EQ(item(1, 0)->menuRole(), QAction::NoRole);

@@ -31,6 +31,16 @@ class WindowTest : public ::testing::Test {
         QTest::simulateEvent(window, false, key, Qt::NoModifier, QString{}, false);
         QApplication::processEvents();
     }
+    /// As the window system reports it, at a time of its own: a press first tries the
+    /// shortcuts.
+    void sendReturn(QEvent::Type type, quint64 time) {
+        QWindow* window = program.window().windowHandle();
+        const bool press = type == QEvent::KeyPress;
+        if (press && qt_sendShortcutOverrideEvent(window, ulong(time), Qt::Key_Return, {})) return;
+        QKeyEvent event{type, Qt::Key_Return, Qt::NoModifier};
+        event.setTimestamp(time);
+        QCoreApplication::sendEvent(window, &event);
+    }
     int flashesAsked() {
         const std::string happened = program.trace.take(), alert = "critical alert";
         int count = 0;
@@ -73,13 +83,21 @@ TEST_F(WindowTest, ReturnDoesNothingWhileFlashIsDisabled) {
     EXPECT_TRUE(program.trace.take().empty()) << "not even the focused button is pressed";
 }
 
-TEST_F(WindowTest, AHeldReturnCountsOnce) {
+// The shortcut itself takes no key that is marked as a repetition; but on X11 the
+// mark may be missing, and then only the times tell.
+TEST_F(WindowTest, AHeldReturnCountsOnceAlsoWhenItsRepetitionsAreNotMarked) {
     program.dialogs.answerFirst = false;
     makeReady();
     press(Qt::Key_Return);
     for (int i = 0; i < 20; ++i) press(Qt::Key_Return, true);
+    for (quint64 time = 1000; time < 1600; time += 30) {
+        sendReturn(QEvent::KeyRelease, time);
+        sendReturn(QEvent::KeyPress, time);
+    }
     release(Qt::Key_Return);
     EXPECT_EQ(flashesAsked(), 1);
+    sendReturn(QEvent::KeyPress, 5000);
+    EXPECT_EQ(flashesAsked(), 1) << "a press of its own counts";
 }
 
 TEST_F(WindowTest, SpacePressesTheFocusedButton) {
@@ -166,36 +184,6 @@ TEST_F(WindowTest, ButNotFromAControlThatTheUserWentTo) {
     content().logView->setFocus(Qt::TabFocusReason);
     program.exit(0);
     EXPECT_TRUE(content().logView->hasFocus());
-}
-
-TEST_F(WindowTest, IsDraggedByItsBackgroundCardsLabelsAndFigure) {
-    const auto at = [&](const QWidget* widget) {
-        return widget->mapTo(&content(), widget->rect().center());
-    };
-    EXPECT_TRUE(content().isBackground({5, 5}));
-    for (const QWidget* widget :
-         {static_cast<QWidget*>(content().girlView), static_cast<QWidget*>(content().titleLabel),
-          static_cast<QWidget*>(content().deviceStatusLabel),
-          static_cast<QWidget*>(content().deviceStatusDot),
-          static_cast<QWidget*>(content().percentLabel),
-          static_cast<QWidget*>(content().creditLabel)})
-        EXPECT_TRUE(content().isBackground(at(widget))) << widget->objectName().toStdString();
-    EXPECT_TRUE(content().isBackground({310, 110})) << "a card";
-}
-
-TEST_F(WindowTest, IsNeverDraggedByAButtonTheBarOrTheLog) {
-    const auto at = [&](const QWidget* widget) {
-        return widget->mapTo(&content(), widget->rect().center());
-    };
-    EXPECT_FALSE(content().installButton->isEnabled()) << "a disabled one neither";
-    for (const QWidget* widget :
-         {static_cast<QWidget*>(content().installButton),
-          static_cast<QWidget*>(content().checkButton),
-          static_cast<QWidget*>(content().languageControl),
-          static_cast<QWidget*>(content().progress), static_cast<QWidget*>(content().logView),
-          static_cast<QWidget*>(content().websiteLink)})
-        EXPECT_FALSE(content().isBackground(at(widget))) << widget->objectName().toStdString();
-    EXPECT_FALSE(content().isBackground({26, 422})) << "the log's margin";
 }
 
 TEST_F(WindowTest, ClosesWithoutAQuestion) {
