@@ -59,6 +59,36 @@ class ProgressAccess final : public QAccessibleWidget, public QAccessibleValueIn
     ProgressBar& bar_;
 };
 
+/// A segment: pressing it chooses it, as a click does.
+class SegmentAccess final : public QAccessibleWidget {
+  public:
+    explicit SegmentAccess(Segment& segment)
+        : QAccessibleWidget{&segment, QAccessible::RadioButton}, segment_{segment} {}
+
+    QString text(QAccessible::Text kind) const override {
+        if (kind == QAccessible::Name) return segment_.text();
+        return QAccessibleWidget::text(kind);
+    }
+    QAccessible::State state() const override {
+        QAccessible::State result = QAccessibleWidget::state();
+        result.checkable = true;
+        result.checked = segment_.isChecked();
+        return result;
+    }
+    QStringList actionNames() const override {
+        return QStringList{toggleAction(), pressAction()} + QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& action) override {
+        if (action == toggleAction() || action == pressAction())
+            segment_.click();
+        else
+            QAccessibleWidget::doAction(action);
+    }
+
+  private:
+    Segment& segment_;
+};
+
 bool isDecoration(const QObject& object) {
     return dynamic_cast<const WaitGirlView*>(&object) != nullptr ||
            dynamic_cast<const StatusLight*>(&object) != nullptr;
@@ -73,6 +103,7 @@ QAccessibleInterface* interfaceFor(const QString&, QObject* object) {
     if (auto* field = dynamic_cast<TextField*>(object)) return new TextAccess{*field};
     if (auto* bar = dynamic_cast<ProgressBar*>(object)) return new ProgressAccess{*bar};
     if (auto* log = dynamic_cast<LogTextView*>(object)) return makeLogAccess(*log);
+    if (auto* segment = dynamic_cast<Segment*>(object)) return new SegmentAccess{*segment};
     auto* widget = qobject_cast<QWidget*>(object);
     if (widget == nullptr) return nullptr;
     // A filler is what screen readers pass over in silence.
