@@ -68,7 +68,7 @@ class AccessibilityTest(EndToEndCase):
 
     def test_the_language_can_be_switched_by_ear(self) -> None:
         program = self.start()
-        program.find("radio button", "RU").act("Toggle")
+        program.find("radio button", "RU").press()
         wait_until(lambda: program.shows(RU.log), "the window in Russian", 10)
         self.assertTrue(program.find("radio button", "RU").has_state("checked"))
 

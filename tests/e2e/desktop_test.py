@@ -144,7 +144,8 @@ class DesktopTest(EndToEndCase):
         for _ in range(3):
             began = time.monotonic()
             with self.start() as program:
-                wait_until(lambda: program.screen.is_painted(program.window()), "the window painted")
+                wait_until(lambda: program.screen.is_painted(program.window()),
+                           "the window painted")
                 best = min(best, time.monotonic() - began)
         return best
 
