@@ -15,7 +15,9 @@ constexpr int thumbInset = 2;
 
 } // namespace
 
-Segment::Segment(const QString& title, SegmentedSwitch& parent) : QRadioButton{title, &parent} {
+Segment::Segment(const QString& title, SegmentedSwitch& parent) : QRadioButton{&parent} {
+    // Not by the base, which would show itself to screen readers before it is a segment.
+    setText(title);
     setFont(interfaceFont(13));
     setFocusPolicy(Qt::StrongFocus);
 }
