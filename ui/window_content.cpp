@@ -148,7 +148,7 @@ void WindowContent::paintEvent(QPaintEvent*) {
     if (logView->showsFocus())
         drawFocusRing(painter, logScrollView->geometry(), LogPanel::cornerRadius, palette());
     if (websiteLink->showsFocus())
-        drawFocusRing(painter, websiteLink->geometry().adjusted(-2, 0, 2, 0), 2, palette());
+        drawFocusRing(painter, websiteLink->geometry(), 2, palette());
 }
 
 bool WindowContent::isBackground(const QPoint& at) const {

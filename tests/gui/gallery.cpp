@@ -74,6 +74,14 @@ const std::vector<State> states{
          p.delegate->refreshTexts();
          p.delegate->updateButtons();
      }},
+    {"10_log_focused",
+     [](Program& p) {
+         flash(p);
+         for (int i = 0; i <= 100; ++i) p.print("Erase " + std::to_string(i) + "%\r");
+         p.window().content().logView->setFocus(Qt::TabFocusReason);
+     }},
+    {"11_link_focused",
+     [](Program& p) { p.window().content().websiteLink->setFocus(Qt::TabFocusReason); }},
     {"9_long_name",
      [](Program& p) {
          p.files.files[image] = {validImage(3'000'000), false};
