@@ -147,8 +147,7 @@ void WindowContent::paintEvent(QPaintEvent*) {
     QPainter painter{this};
     if (logView->showsFocus())
         drawFocusRing(painter, logScrollView->geometry(), LogPanel::cornerRadius, palette());
-    if (websiteLink->showsFocus())
-        drawFocusRing(painter, websiteLink->geometry(), 2, palette());
+    if (websiteLink->showsFocus()) drawFocusRing(painter, websiteLink->geometry(), 2, palette());
 }
 
 bool WindowContent::isBackground(const QPoint& at) const {

