@@ -6,7 +6,7 @@ build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-qpa-plugins li
 # A display of our own, and hands and eyes to use a window in it.
 display_packages=(xvfb openbox xdotool dbus at-spi2-core python3-gi
                   imagemagick x11-utils x11-xserver-utils procps)
-test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales python3-dbusmock xclip)
+test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales xclip)
 
 # ensure_packages NAME...: installs those that are missing, and says so first.
 ensure_packages() {

@@ -12,6 +12,10 @@
 namespace oxlade {
 namespace {
 
+/// A text ends at its first NUL for whoever reads it over the bus, so that one shows as
+/// its picture there: as many characters, and nothing hidden behind it.
+QString readable(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
+
 /// A part of the text, from `from` up to, not including, `to`.
 struct Span {
     qsizetype from = 0, to = 0;
@@ -70,7 +74,7 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
         return QAccessibleWidget::interface_cast(type);
     }
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? log_.string() : QAccessibleWidget::text(kind);
+        return kind == QAccessible::Value ? readable(log_.string()) : QAccessibleWidget::text(kind);
     }
     QAccessible::State state() const override {
         QAccessible::State result = QAccessibleWidget::state();
@@ -81,7 +85,9 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
     }
 
     int characterCount() const override { return int(log_.string().size()); }
-    QString text(int from, int to) const override { return log_.string().mid(from, to - from); }
+    QString text(int from, int to) const override {
+        return readable(log_.string().mid(from, to - from));
+    }
     QString textAtOffset(int offset, QAccessible::TextBoundaryType type, int* from,
                          int* to) const override {
         return give(around(log_.string(), offset, type), from, to);
@@ -154,7 +160,7 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
     QString give(const Span& span, int* from, int* to) const {
         *from = int(span.from);
         *to = int(span.to);
-        return log_.string().mid(span.from, span.to - span.from);
+        return readable(log_.string().mid(span.from, span.to - span.from));
     }
 
     LogTextView& log_;

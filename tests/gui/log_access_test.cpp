@@ -61,6 +61,12 @@ TEST_F(LogAccessTest, GivesWhatWasAppendedAtOnceAndWithoutTheViewsBreaks) {
     EXPECT_EQ(whole(), toUtf8(log.string()));
 }
 
+TEST_F(LogAccessTest, ANulHidesNothingThatComesAfterIt) {
+    log.append({"zero \0 and more", 15});
+    EXPECT_EQ(whole(), "zero \u2400 and more");
+    EXPECT_EQ(text().characterCount(), 15);
+}
+
 TEST_F(LogAccessTest, KnowsLinesAndWords) {
     log.append("one two\nthree\n\nlast");
     EXPECT_EQ(at(0, QAccessible::LineBoundary), "one two\n");
