@@ -4,10 +4,12 @@
 #include "i18n/string_table.h"
 #include "i18n/window_texts.h"
 
+#include <utility>
+
 namespace oxlade {
 
 AppDelegate::AppDelegate(System system, UserInterface& userInterface, std::string website)
-    : system_{system}, userInterface_{userInterface}, website_{std::move(website)} {}
+    : system_{std::move(system)}, userInterface_{userInterface}, website_{std::move(website)} {}
 
 void AppDelegate::applicationDidFinishLaunching() {
     // Not through setOperation: there is nothing to refresh before the window stands.

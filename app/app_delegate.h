@@ -77,7 +77,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void parseProgressFromText(std::string_view text);
     /// The end of a run. Status 0 is success; -1 stands for a helper that could
     /// not be run.
-    void handleTaskFinished(std::int32_t status, HelperMode mode);
+    void handleTaskFinished(std::int32_t status, const HelperMode& mode);
 
     // The state. Absent and empty are the same for the texts.
     const std::string& firmwarePath() const { return firmwarePath_; }

@@ -18,14 +18,14 @@ Alert closingAlert(ClosingAlert kind) {
 
 } // namespace
 
-// `mode` by value: the caller may hand over the very state that is cleared here.
-void AppDelegate::handleTaskFinished(std::int32_t status, HelperMode mode) {
+void AppDelegate::handleTaskFinished(std::int32_t status, const HelperMode& mode) {
+    // First: `mode` may be the very state that is cleared next.
+    const auto outcome = outcomeOf(mode, status);
     const bool hadProcess = currentTask_ != nullptr;
     setCurrentTask(nullptr);
     setCurrentMode({});
     controls_->girlView.stopWaiting();
 
-    const auto outcome = outcomeOf(mode, status);
     if (outcome.deviceState) setDeviceState(*outcome.deviceState);
     if (outcome.progress) controls_->progress.setDoubleValue(*outcome.progress);
     if (outcome.operationKey) setOperation(*outcome.operationKey, -1);

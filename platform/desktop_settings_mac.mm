@@ -3,7 +3,6 @@
 #include "platform/desktop_settings.h"
 
 #import <AppKit/AppKit.h>
-
 #include <utility>
 
 namespace oxlade {
