@@ -1,9 +1,7 @@
 // The helper's output, cut where the input says, through the whole controller.
 #include "fuzz/fuzz_target.h"
 #include "i18n/string_table.h"
-#include "tests/support/fake_controls.h"
-#include "tests/support/fake_interface.h"
-#include "tests/support/fake_system.h"
+#include "tests/support/fake_program.h"
 #include "tests/support/run_model.h"
 
 #include <algorithm>
@@ -15,31 +13,13 @@ using namespace oxlade::test;
 namespace {
 
 /// A program in the middle of a flash.
-struct Program {
-    Program() {
-        files.files[bundledHelper] = {"", true};
-        files.files[bundledImage] = {validImage(), false};
+struct FlashingProgram : FakeProgram {
+    FlashingProgram() {
+        files.files[bundledImage].bytes = validImage(); // small: one is made for each input
         delegate->applicationDidFinishLaunching();
         delegate->installFirmware();
         controls.logView.text.clear();
     }
-    void print(std::string_view chunk) {
-        processes.last.lock()->print(chunk);
-        queue->run();
-        trace.take();
-    }
-
-    Trace trace;
-    FakeControls controls{trace};
-    FakeInterface interface { trace, controls };
-    FakeFiles files;
-    std::shared_ptr<FakeQueue> queue = std::make_shared<FakeQueue>();
-    FakeProcesses processes{trace};
-    FakeDefaults defaults{trace};
-    FakeDialogs dialogs{trace};
-    std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(
-        System{queue, processes, files, files, defaults, dialogs, dialogs}, interface,
-        "https://oxlade.example/");
 };
 
 } // namespace
@@ -53,11 +33,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto lengths = bytes.substr(1, count);
     bytes.remove_prefix(1 + count);
 
-    Program program;
+    FlashingProgram program;
     RunModel model;
     const auto print = [&](std::string_view chunk) {
         if (chunk.empty()) return;
         program.print(chunk);
+        program.trace.take();
         model.take(chunk);
         mustHold(program.controls.progress.value == model.bar, "the bar stands as the model's");
         mustHold(model.bar >= 0 && model.bar <= 100, "the bar stays in its range");

@@ -1,0 +1,41 @@
+// The controller among fakes: a whole program that shows nothing and starts nothing.
+#pragma once
+
+#include "app/app_delegate.h"
+#include "tests/support/fake_controls.h"
+#include "tests/support/fake_interface.h"
+#include "tests/support/fake_system.h"
+
+namespace oxlade::test {
+
+/// Not started yet; its bundle holds a helper and a valid image of 3 MiB.
+struct FakeProgram {
+    FakeProgram() {
+        files.files[bundledHelper] = {"", true};
+        files.files[bundledImage] = {validImage(3'145'728), false};
+    }
+
+    std::shared_ptr<FakeProcess> helper() { return processes.last.lock(); }
+    void print(std::string_view bytes) {
+        helper()->print(bytes);
+        queue->run();
+    }
+    void exit(std::int32_t status) {
+        helper()->exit(status);
+        queue->run();
+    }
+
+    Trace trace;
+    FakeControls controls{trace};
+    FakeInterface interface { trace, controls };
+    FakeFiles files;
+    std::shared_ptr<FakeQueue> queue = std::make_shared<FakeQueue>();
+    FakeProcesses processes{trace};
+    FakeDefaults defaults{trace};
+    FakeDialogs dialogs{trace};
+    std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(
+        System{queue, processes, files, files, defaults, dialogs, dialogs}, interface,
+        "https://oxlade.example/");
+};
+
+} // namespace oxlade::test
