@@ -2,6 +2,7 @@
 
 #include "platform/descriptor.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,6 +11,8 @@
 namespace oxlade {
 
 namespace {
+
+constexpr std::size_t leastRead = 4096; // bytes
 
 bool isRegular(const struct stat& status) { return S_ISREG(status.st_mode); }
 
@@ -47,10 +50,12 @@ std::uint64_t PosixFileSystem::fileSize(const std::string& path) const {
 std::string PosixFileSystem::head(const std::string& path, std::size_t limit) const {
     const Descriptor file = openRegularFile(path);
     if (!file) return {};
-    std::string bytes(limit, '\0');
+    std::string bytes;
     std::size_t count = 0;
     while (count < limit) {
-        const ssize_t got = read(file.get(), bytes.data() + count, limit - count);
+        // Not all of the limit at once: memory is touched only for what is there.
+        if (count == bytes.size()) bytes.resize(std::min(limit, count * 2 + leastRead));
+        const ssize_t got = read(file.get(), bytes.data() + count, bytes.size() - count);
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) break;
         count += static_cast<std::size_t>(got);
