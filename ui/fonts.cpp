@@ -1,10 +1,20 @@
 #include "ui/fonts.h"
 
+#include "platform/font_cache.h"
+#include "platform/text.h"
+
 #include <QApplication>
 #include <QFontDatabase>
-#include <QFontInfo>
 
 namespace oxlade {
+namespace {
+
+/// By its own name: for an alias the toolkit would sort all fonts that there are.
+QString installed(const QString& family) {
+    return toQString(installedFamily(family.toStdString()));
+}
+
+} // namespace
 
 QFont interfaceFont(int pixels, QFont::Weight weight) {
     QFont font = QApplication::font();
@@ -15,6 +25,7 @@ QFont interfaceFont(int pixels, QFont::Weight weight) {
 
 QFont monospacedFont(int pixels) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setFamilies({installed(font.family())});
     font.setStyleHint(QFont::Monospace);
     font.setPixelSize(pixels);
     font.setWeight(QFont::Normal);
@@ -24,11 +35,12 @@ QFont monospacedFont(int pixels) {
 void chooseInterfaceFont() {
     const QString better = QStringLiteral("Inter");
     QFont font = QApplication::font();
-    font.setPixelSize(13); // before it is looked up: one of another size is never used
-    const QString family = QFontInfo{font}.family();
+    QString family = installed(font.family());
     const bool none = family.startsWith(QLatin1String{"DejaVu"}) ||
                       family.startsWith(QLatin1String{"Bitstream Vera"});
-    if (none && QFontDatabase::hasFamily(better)) font.setFamilies({better});
+    if (none && QFontDatabase::hasFamily(better)) family = better;
+    font.setFamilies({family});
+    font.setPixelSize(13);
     QApplication::setFont(font);
 }
 
