@@ -47,8 +47,10 @@ void MainWindow::addDefaultKey(int key) {
 void MainWindow::makeKeyAndOrderFront() {
     adjustSize();
     move(startingPlace(screen()->availableGeometry(), size()));
+    // A window that comes to the screen comes in front; asking for it once more would
+    // be answered, and the answers would delay the first frame.
+    if (isVisible()) raise();
     show();
-    raise();
     activateWindow();
 }
 

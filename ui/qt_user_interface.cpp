@@ -4,6 +4,7 @@
 #include "ui/accessibility.h"
 #include "ui/appearance.h"
 #include "ui/fonts.h"
+#include "ui/interface_style.h"
 #include "ui/key_repeat_filter.h"
 #include "ui/main_window.h"
 
@@ -16,6 +17,7 @@ namespace oxlade {
 QtUserInterface::QtUserInterface(WindowContext context)
     : context_{std::move(context)}, appearance_{std::make_unique<Appearance>()},
       keyRepeatFilter_{std::make_unique<KeyRepeatFilter>()} {
+    useInterfaceStyle();
     chooseInterfaceFont();
     installAccessibility();
     qApp->installEventFilter(keyRepeatFilter_.get());
@@ -43,9 +45,7 @@ void QtUserInterface::setMainMenu(const MenuTree& menu) {
 }
 
 void QtUserInterface::activateIgnoringOtherApps() {
-    if (!window_) return;
-    window_->raise();
-    window_->activateWindow();
+    if (window_) window_->activateWindow();
 }
 
 void QtUserInterface::setColorScheme(std::optional<Scheme> preference) {
