@@ -9,7 +9,8 @@ class QPainter;
 
 namespace oxlade {
 
-/// A filled rounded rectangle with an edge of one point inside it.
+/// A filled rounded rectangle with an edge of one point inside it. The colours are
+/// opaque: a large translucent shape makes the toolkit start threads to fill it.
 void drawPanel(QPainter& painter, const QRectF& frame, double radius, const QColor& fill,
                const QColor& edge);
 /// The keyboard's focus: a ring of two points, one point outside the shape.

@@ -60,7 +60,8 @@ void LogTextView::append(std::string_view text) {
     if (text.empty()) return;
     log_.append(toQString(text));
     if (nextSlice_.isActive()) return;
-    if (!sinceSlice_.isValid() || sinceSlice_.hasExpired(frameMilliseconds))
+    // The first frame shows all that there is to show.
+    if (!painted_ || sinceSlice_.hasExpired(frameMilliseconds))
         takeSlice(sliceMilliseconds);
     else
         nextSlice_.start(frameMilliseconds);
@@ -147,6 +148,11 @@ void LogTextView::announce() {
         QAccessible::updateAccessibility(&event);
     }
     announced_ = log_.text().size();
+}
+
+void LogTextView::paintEvent(QPaintEvent* event) {
+    painted_ = true;
+    QPlainTextEdit::paintEvent(event);
 }
 
 /// The toolkit's own menu would speak another language than the window.

@@ -51,6 +51,7 @@ class LogTextView final : public QPlainTextEdit, public LogView {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     QMimeData* createMimeDataFromSelection() const override;
 
@@ -71,6 +72,7 @@ class LogTextView final : public QPlainTextEdit, public LogView {
     qsizetype announced_ = 0;   ///< how much of the text screen readers were told of
     qsizetype everything_ = -1; ///< how much of it Select All took last
     QTimer nextSlice_;          ///< runs only while the view is behind
+    bool painted_ = false;
     QElapsedTimer sinceSlice_;
     QElapsedTimer sinceDoubleClick_;
     QPoint doubleClickedAt_;

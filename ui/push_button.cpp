@@ -4,6 +4,7 @@
 #include "ui/control_drawing.h"
 #include "ui/fonts.h"
 #include "ui/palette.h"
+#include "ui/status_views.h"
 #include "ui/text_drawing.h"
 
 #include <QEvent>
@@ -18,6 +19,13 @@ constexpr double corner = 6;
 
 /// A button's text with an ampersand is no mnemonic here.
 QString withoutMnemonic(QString text) { return text.replace(u'&', QStringLiteral("&&")); }
+/// What a button lies on.
+QColor groundOf(const QWidget& button) {
+    const Scheme scheme = schemeOf(button.palette());
+    const bool onCard = dynamic_cast<const CardView*>(button.parentWidget()) != nullptr;
+    return onCard ? cardColor(scheme) : groundColor(scheme);
+}
+
 QString shownText(QString text) { return text.replace(QStringLiteral("&&"), QStringLiteral("&")); }
 
 } // namespace
@@ -73,7 +81,8 @@ void PushButton::paintEvent(QPaintEvent*) {
     const bool filled = filled_ || isDefault();
     const ButtonState state{isEnabled(), underMouse(), isDown(), filled};
     const ButtonColors colors = buttonColors(palette(), state);
-    drawPanel(painter, shape(), corner, colors.fill, colors.edge);
+    const QColor fill = over(colors.fill, groundOf(*this));
+    drawPanel(painter, shape(), corner, fill, over(colors.edge, fill));
     if (focusRing_.isShownOn(*this)) drawFocusRing(painter, shape(), corner, palette());
     painter.setPen(colors.text);
     drawLine(painter, shape(), shownText(text()), Qt::AlignHCenter);

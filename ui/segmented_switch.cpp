@@ -2,6 +2,7 @@
 
 #include "ui/control_drawing.h"
 #include "ui/fonts.h"
+#include "ui/palette.h"
 #include "ui/text_drawing.h"
 
 #include <QPainter>
@@ -31,7 +32,8 @@ void Segment::paintEvent(QPaintEvent*) {
     QPainter painter{this};
     const SwitchColors colors = switchColors(palette());
     const QRectF thumb = rect().adjusted(thumbInset, thumbInset, -thumbInset, -thumbInset);
-    if (isChecked()) drawPanel(painter, thumb, thumbCorner, colors.thumb, colors.thumbEdge);
+    if (isChecked())
+        drawPanel(painter, thumb, thumbCorner, colors.thumb, over(colors.thumbEdge, colors.thumb));
     if (focusRing_.isShownOn(*this))
         drawFocusRing(painter, thumb.adjusted(1, 1, -1, -1), thumbCorner - 1, palette());
     painter.setFont(interfaceFont(13, isChecked() ? QFont::Medium : QFont::Normal));
@@ -68,7 +70,7 @@ void SegmentedSwitch::paintEvent(QPaintEvent*) {
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(switchColors(palette()).trough);
+    painter.setBrush(over(switchColors(palette()).trough, groundColor(schemeOf(palette()))));
     painter.drawRoundedRect(rect(), troughCorner, troughCorner);
 }
 

@@ -62,18 +62,16 @@ void ProgressBar::paintEvent(QPaintEvent*) {
 
 void CardView::paintEvent(QPaintEvent*) {
     QPainter painter{this};
-    QColor fill = color(SemanticColor::controlBackgroundColor, palette());
-    fill.setAlphaF(0.6F);
-    drawPanel(painter, rect(), cornerRadius, fill, color(SemanticColor::separatorColor, palette()));
+    const QColor fill = cardColor(schemeOf(palette()));
+    drawPanel(painter, rect(), cornerRadius, fill,
+              over(color(SemanticColor::separatorColor, palette()), fill));
 }
 
 void LogPanel::paintEvent(QPaintEvent*) {
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
-    QColor fill = color(SemanticColor::textBackgroundColor, palette());
-    fill.setAlphaF(0.55F);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(fill);
+    painter.setBrush(logColor(schemeOf(palette())));
     painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
 }
 

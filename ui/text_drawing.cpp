@@ -1,6 +1,7 @@
 #include "ui/text_drawing.h"
 
 #include <QPainter>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +16,7 @@ int widestDigit(const QFontMetrics& metrics) {
     return widest;
 }
 
-double startOf(const QRectF& frame, int width, Qt::Alignment alignment) {
+double startOf(const QRectF& frame, double width, Qt::Alignment alignment) {
     if (alignment & Qt::AlignRight) return frame.right() - width;
     if (alignment & Qt::AlignHCenter) return std::floor(frame.center().x() - width / 2.0);
     return frame.left();
@@ -27,11 +28,27 @@ int centredBaseline(const QRectF& frame, const QFontMetrics& metrics) {
     return static_cast<int>(std::lround(frame.center().y() + metrics.capHeight() / 2.0));
 }
 
-void drawLine(QPainter& painter, const QRectF& frame, const QString& text,
-              Qt::Alignment alignment) {
+void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::Alignment alignment,
+              Qt::TextElideMode mode) {
+    if (text.isEmpty()) return;
     const QFontMetrics metrics = painter.fontMetrics();
-    const double x = startOf(frame, metrics.horizontalAdvance(text), alignment);
-    painter.drawText(QPointF{x, double(centredBaseline(frame, metrics))}, text);
+    // Laid out once, for its width and to be drawn: shaping is what a text costs.
+    QTextLayout layout{text, painter.font(), painter.device()};
+    QTextOption option;
+    option.setWrapMode(QTextOption::ManualWrap);
+    option.setFlags(QTextOption::IncludeTrailingSpaces);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    layout.endLayout();
+    const double width = line.horizontalAdvance();
+    if (mode != Qt::ElideNone && width > frame.width()) {
+        const int room = int(frame.width());
+        drawLine(painter, frame, metrics.elidedText(text, mode, room), alignment, Qt::ElideNone);
+        return;
+    }
+    const double x = startOf(frame, std::round(width), alignment);
+    line.draw(&painter, {x, centredBaseline(frame, metrics) - line.ascent()});
 }
 
 int steadyWidth(const QString& text, const QFontMetrics& metrics) {

@@ -14,8 +14,10 @@ namespace oxlade {
 /// centring that room makes texts in some of them sit too low.
 int centredBaseline(const QRectF& frame, const QFontMetrics& metrics);
 
-/// Draws one line, aligned within the frame.
-void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::Alignment alignment);
+/// Draws one line, aligned within the frame. One that is wider than the frame is
+/// shortened as `mode` says; the text has no line ends.
+void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::Alignment alignment,
+              Qt::TextElideMode mode = Qt::ElideNone);
 
 /// The same with all digits as wide as the widest one, so that a number that
 /// counts does not tremble.

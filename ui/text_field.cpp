@@ -41,10 +41,18 @@ QSize TextField::sizeHint() const {
 
 QStringList TextField::displayedLines() const {
     if (style_.truncation == Truncation::twoLines) return wrappedLines();
-    const auto mode = style_.truncation == Truncation::middle ? Qt::ElideMiddle : Qt::ElideRight;
+    return {fontMetrics().elidedText(inOneLine(), elideMode(), width())};
+}
+
+QString TextField::inOneLine() const {
     QString line = text_;
-    line.replace(u'\n', u' ');
-    return {fontMetrics().elidedText(line, mode, width())};
+    for (QChar& c : line)
+        if (c == u'\n' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator) c = u' ';
+    return line;
+}
+
+Qt::TextElideMode TextField::elideMode() const {
+    return style_.truncation == Truncation::middle ? Qt::ElideMiddle : Qt::ElideRight;
 }
 
 QStringList TextField::wrappedLines() const {
@@ -78,10 +86,13 @@ int TextField::baselineOfRow(int row) const {
 void TextField::paintEvent(QPaintEvent*) {
     QPainter painter{this};
     painter.setPen(color(style_.color, palette()));
-    const auto draw = style_.monospacedDigits ? drawSteadyLine : drawLine;
-    const QStringList lines = displayedLines();
+    if (style_.monospacedDigits)
+        return drawSteadyLine(painter, rowFrame(0), displayedLines().first(), style_.alignment);
+    if (style_.truncation != Truncation::twoLines)
+        return drawLine(painter, rowFrame(0), inOneLine(), style_.alignment, elideMode());
+    const QStringList lines = wrappedLines();
     for (qsizetype row = 0; row < lines.size(); ++row)
-        draw(painter, rowFrame(row), lines[row], style_.alignment);
+        drawLine(painter, rowFrame(row), lines[row], style_.alignment);
 }
 
 } // namespace oxlade

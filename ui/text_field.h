@@ -52,6 +52,8 @@ class TextField : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    QString inOneLine() const;
+    Qt::TextElideMode elideMode() const;
     QStringList wrappedLines() const;
     QRectF rowFrame(qsizetype row) const;
 

@@ -43,6 +43,32 @@ TEST(TextLabel, ALongTextEndsInAnEllipsis) {
     EXPECT_EQ(label.text(), QStringLiteral("Flashing the MPC4000"));
 }
 
+TEST(TextLabel, WhatIsPaintedIsWhatItSaysIsDisplayed) {
+    const auto painted = [](const TextStyle& style, const QString& text) {
+        TextLabel label{style, nullptr};
+        label.resize(120, 20);
+        label.setStringValue(text.toStdString());
+        QImage image{label.size(), QImage::Format_RGB32};
+        image.fill(Qt::white);
+        label.render(&image, {}, {}, QWidget::DrawChildren);
+        return std::pair{image, label.displayedLines().at(0)};
+    };
+    const char* texts[] = {"fits", "is much too long for the frame that it has", "ОС v1.71  ·  ",
+                           "cut\nat a line end, and too long", "cut\u2028at a separator"};
+    for (const auto truncation : {Truncation::tail, Truncation::middle})
+        for (const auto alignment : {Qt::AlignLeft, Qt::AlignRight})
+            for (const char* text : texts) {
+                const TextStyle style{.truncation = truncation, .alignment = alignment};
+                const auto [whole, shown] = painted(style, QString::fromUtf8(text));
+                const auto [again, same] = painted(style, shown);
+                EXPECT_EQ(shown, same);
+                EXPECT_EQ(whole, again) << text;
+                QImage blank{whole.size(), whole.format()};
+                blank.fill(Qt::white);
+                EXPECT_NE(whole, blank) << text;
+            }
+}
+
 TEST(TextLabel, ALongFileNameKeepsItsStartAndItsSize) {
     FileTextLabel label{{.weight = QFont::Medium, .truncation = Truncation::middle}, nullptr};
     label.resize(190, 20);

@@ -93,6 +93,14 @@ TEST_F(LogTest, TheFirstPieceIsInTheViewAtOnce) {
     EXPECT_EQ(log.string(), QStringLiteral("Oxlade started.\n"));
 }
 
+TEST_F(LogTest, TheFirstFrameShowsAllThatCameBeforeIt) {
+    LogTextView fresh{nullptr};
+    fresh.append("Oxlade started.\n");
+    fresh.append("Firmware selected.\n");
+    EXPECT_FALSE(fresh.isBehind());
+    EXPECT_EQ(fresh.toPlainText(), QStringLiteral("Oxlade started.\nFirmware selected."));
+}
+
 TEST_F(LogTest, EveryAppendScrollsToTheEndWhereverTheUserWas) {
     appendLines(200);
     EXPECT_TRUE(endIsVisible());

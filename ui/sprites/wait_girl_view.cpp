@@ -17,11 +17,12 @@ const QColor screenColor = QColor::fromRgbF(0.83F, 0.90F, 0.93F);
 constexpr double frameCorner = 14;
 constexpr double screenCorner = 6;
 
+/// In the window's own format: another one makes the toolkit start threads to draw it.
 QImage toImage(const SpriteFrame& frame) {
     const int bytesPerRow = frame.width * int(spriteBytesPerPixel);
     return QImage{frame.pixels.data(), frame.width, frame.height, bytesPerRow,
                   QImage::Format_RGBX8888}
-        .copy();
+        .convertToFormat(QImage::Format_RGB32);
 }
 
 std::vector<QImage> decodedFrames() {
