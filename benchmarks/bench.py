@@ -6,6 +6,7 @@ Parts: micro, windows, idle, flood, run, slowed, line, memory; all without a nam
 What is compared is run in turns, so that a change in the machine's mood strikes
 all of it. Figures in brackets are the least and the most of n runs.
 """
+import contextlib
 import json
 import os
 import subprocess
@@ -15,7 +16,7 @@ import time
 sys.dont_write_bytecode = True
 from processes import activity, children, memory, work  # noqa: E402
 from table import Table  # noqa: E402
-from world import World  # noqa: E402
+from world import AwakeProcessors, World  # noqa: E402
 
 MB = 1_000_000
 
@@ -101,13 +102,14 @@ class Bench:
 
     def windows(self):
         for bus in (False, True):
-            self.compare_windows(bus)
+            where = ("with" if bus else "without") + " a session bus"
+            self.compare_windows(bus, where, contextlib.nullcontext())
+            self.compare_windows(bus, where + ", processors kept awake", AwakeProcessors())
 
-    def compare_windows(self, bus):
-        self.table.head("From the start to the painted window, and memory then"
-                        + (", with a session bus" if bus else ", without a session bus"))
+    def compare_windows(self, bus, where, circumstances):
+        self.table.head(f"From the start to the painted window, and memory then, {where}")
         seen_by_name = {}
-        with World(bus) as world:
+        with World(bus) as world, circumstances:
             contestants = self.contestants(world)
             for turn in self.turns(11, 4):
                 for name, command in contestants.items():
