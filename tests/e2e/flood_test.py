@@ -159,3 +159,38 @@ class FloodTest(EndToEndCase):
                    explain=lambda: str(log.text_length()))
         program.wait_for(program.texts.op_device_ready)
         self.assertLess(self.memory(program) - at_first, BYTES_OF_MEMORY_FOR_ONE_PRINTED * printed)
+
+    def test_a_gigabyte_of_log_is_taken_and_the_window_goes_on(self) -> None:
+        if {"ASAN_OPTIONS", "TSAN_OPTIONS"} & set(os.environ):
+            self.skipTest("a sanitizer has memory of its own for each byte")
+        printed = 1_000_000_000
+        if self.memory_of_the_machine() < BYTES_OF_MEMORY_FOR_ONE_PRINTED * printed:
+            self.skipTest("this machine has not the memory for it")
+        self.bundle.wrap_helper('[ "$1" = --info ] || export OXLADE_SIM=speed=max\n'
+                                'exec "$helper" "$@"')
+        program = self.start(f"speed=max,flood-bytes={printed}")
+        texts, log, check = program.texts, program.log_view, program.button(program.texts.check)
+        at_first = self.memory(program)
+        program.press(texts.check)
+        longest = 0.0
+
+        def taken() -> bool:
+            nonlocal longest
+            longest = max(longest, self.timed(lambda: check.name))
+            return log.text_length() > printed
+        wait_until(taken, "all of it in the log", deadline=200,
+                   explain=lambda: str(log.text_length()))
+        self.assertLess(longest, AT_HAND_SECONDS)
+        program.wait_for(texts.op_device_ready)
+        length = log.text_length()
+        end = texts.exited.format(0) + "\n"
+        self.assertEqual(log.text(length - len(end), length), end)
+        self.assertLess(self.memory(program) - at_first, BYTES_OF_MEMORY_FOR_ONE_PRINTED * printed)
+        program.flash()
+        self.assert_flashed()
+
+    def memory_of_the_machine(self) -> int:
+        for line in Path("/proc/meminfo").read_text(encoding="ascii").splitlines():
+            if line.startswith("MemAvailable:"):
+                return 1024 * int(line.split()[1])
+        return 0
