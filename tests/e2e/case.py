@@ -26,6 +26,7 @@ class EndToEndCase(unittest.TestCase):
         cls.addClassCleanup(cls.world.end)
 
     def setUp(self) -> None:
+        self.addCleanup(lambda: self.assertEqual(self.world.sanitizer_reports(), ""))
         self.use_new_place(self._testMethodName)
 
     def use_new_place(self, name: str) -> None:

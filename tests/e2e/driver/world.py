@@ -43,7 +43,7 @@ _WINDOW_MANAGER_CONFIGURATION = """<?xml version="1.0"?>
 """
 
 # A sanitizer's own settings go on to the programs that were built with it.
-_PASSED_ON = ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
+_OF_SANITIZERS = ("ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
 
 
 class World:
@@ -73,7 +73,10 @@ class World:
         self.end()
 
     def _base_environment(self, language: str) -> dict[str, str]:
-        environment = {name: os.environ[name] for name in _PASSED_ON if name in os.environ}
+        environment = {"PATH": os.environ["PATH"]}
+        for name in _OF_SANITIZERS:
+            if name in os.environ:
+                environment[name] = f"{os.environ[name]}:log_path={self.folder / 'sanitizer'}"
         folders = {"HOME": "home", "XDG_RUNTIME_DIR": "runtime", "XDG_CONFIG_HOME": "config",
                    "XDG_STATE_HOME": "state", "XDG_CACHE_HOME": "cache", "XDG_DATA_HOME": "data"}
         for name, folder in folders.items():
@@ -151,6 +154,15 @@ class World:
         result = subprocess.run(command, env=self.environment, input=text, capture_output=True,
                                 text=True, timeout=60, check=False)
         return result.stdout if result.returncode == 0 else ""
+
+    def sanitizer_reports(self) -> str:
+        """What sanitizers said of any program here since the last time this was asked:
+        also of those that nobody waits for, and of those that were killed."""
+        texts = []
+        for report in sorted(self.folder.glob("sanitizer.*")):
+            texts.append(report.read_text(encoding="utf-8", errors="replace"))
+            report.unlink()
+        return "\n".join(texts)
 
     def end(self) -> None:
         for process in reversed(self._processes):
