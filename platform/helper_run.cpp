@@ -136,7 +136,8 @@ void HelperRun::askForSleepLock() {
 
 void HelperRun::keepAwake(Descriptor lock) {
     const std::lock_guard guard(mutex_);
-    if (over_ || keeper_.hold(lock)) return; // ours closes
+    if (over_) return;
+    keeper_.hold(lock); // a copy: either of us may end before the helper does
     sleepLock_ = std::move(lock);
 }
 

@@ -67,7 +67,7 @@ class HelperRun final : public HelperProcess, public std::enable_shared_from_thi
     ReadabilityHandler onReadable_;
     TerminationHandler onTermination_;
     Keeper keeper_;
-    Descriptor sleepLock_; ///< only without a keeper
+    Descriptor sleepLock_; ///< the keeper has a copy
     bool over_ = false;
 };
 

@@ -68,9 +68,9 @@ Keeper Keeper::start(const std::string& executablePath, const Descriptor& output
 
 void Keeper::watch(pid_t helper) { send(lifeline_, {KeeperNews::helperStarted, helper}); }
 
-bool Keeper::hold(const Descriptor& descriptor) {
+void Keeper::hold(const Descriptor& descriptor) {
     const int number = descriptor.get();
-    return send(lifeline_, {KeeperNews::holdThis, 0}, &number);
+    send(lifeline_, {KeeperNews::holdThis, 0}, &number);
 }
 
 void Keeper::runIsOver() {

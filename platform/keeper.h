@@ -25,9 +25,8 @@ class Keeper final {
 
     /// Names the process for which it keeps reading.
     void watch(pid_t helper);
-    /// Gives it a copy of the descriptor to hold for as long as it lives. False: it
-    /// has not got it.
-    bool hold(const Descriptor& descriptor);
+    /// Gives it a copy of the descriptor to hold for as long as it lives.
+    void hold(const Descriptor& descriptor);
     /// It goes at once.
     void runIsOver();
 

@@ -106,6 +106,33 @@ TEST_F(KeeperTest, IsNotMissedWhenItDiesAndLeavesNoZombie) {
     EXPECT_EQ(going.process->terminationStatus(), 0);
 }
 
+class LockAtOnce final : public SleepLock {
+  public:
+    explicit LockAtOnce(Descriptor lock) : lock_{std::move(lock)} {}
+    void acquire(Arrival arrived) override { arrived(std::move(lock_)); }
+
+  private:
+    Descriptor lock_;
+};
+
+TEST_F(KeeperTest, ItsDeathDoesNotLetTheComputerSleep) {
+    auto pipe = makePipe();
+    ASSERT_TRUE(pipe);
+    LockAtOnce lock{std::move(pipe->second)};
+    RecordedRun going(helper_, {"until-gone", lock_}, PosixHelperProcesses(keeper_, &lock));
+    ASSERT_EQ(going.process->launch(), std::nullopt);
+    ASSERT_TRUE(going.waitForText("waiting"));
+    const auto keepers = processesOf(keeper_);
+    ASSERT_EQ(keepers.size(), 1u);
+    kill(keepers.front(), SIGKILL);
+    ASSERT_TRUE(eventually([&] { return kill(keepers.front(), 0) != 0 && errno == ESRCH; }));
+    pollfd watched{pipe->first.get(), POLLIN, 0};
+    EXPECT_EQ(poll(&watched, 1, 0), 0) << "nobody holds the lock any more";
+    folder_.remove("lock");
+    EXPECT_TRUE(going.waitForExit());
+    EXPECT_EQ(poll(&watched, 1, 2000), 1) << "the computer may sleep again";
+}
+
 TEST_F(KeeperTest, NoSignalThatEndsTheProgramEndsIt) {
     auto going = run({"until-gone", lock_});
     ASSERT_EQ(going.process->launch(), std::nullopt);
@@ -187,9 +214,17 @@ class KeeperAfterTheEnd : public KeeperTest, public testing::WithParamInterface<
     std::vector<std::string> strictHelper(bool leavesChild) const {
         return {leavesChild ? "strict-child" : "strict", marker_, "700", lock_};
     }
-    void endProgram(int signal) {
+    // It ends as it was meant to; a fault on the way out would end it otherwise.
+    void endProgram(const std::string& end, int signal) {
         if (signal != 0) kill(program_, signal);
-        ASSERT_EQ(waitpid(program_, nullptr, 0), program_);
+        int status = -1;
+        ASSERT_EQ(waitpid(program_, &status, 0), program_);
+        if (end == "abort") signal = SIGABRT;
+        if (signal == 0) {
+            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+        } else {
+            EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+        }
     }
 
     const std::string marker_ = folder_.path("finished");
@@ -219,7 +254,7 @@ TEST_P(KeeperAfterTheEnd, AStrictHelperFinishesAndNothingOfOursIsLeft) {
     ASSERT_TRUE(lock);
     startProgram(strictHelper(leavesChild), lock->second);
     lock->second.reset();
-    endProgram(signal);
+    endProgram(end, signal);
     ASSERT_FALSE(std::filesystem::exists(marker_)) << "the program should have ended in mid-run";
     EXPECT_TRUE(keeperIsThere());
     pollfd watched{lock->first.get(), POLLIN, 0};
