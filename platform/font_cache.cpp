@@ -8,6 +8,7 @@
 #include <memory>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace oxlade {
 namespace {
@@ -17,20 +18,20 @@ struct Destroys {
     void operator()(Thing* thing) const { destroy(thing); }
 };
 using Pattern = std::unique_ptr<FcPattern, Destroys<FcPattern, FcPatternDestroy>>;
-using Languages = std::unique_ptr<FcLangSet, Destroys<FcLangSet, FcLangSetDestroy>>;
 
-using Families = std::map<std::string, std::string>;
+using Families = std::map<std::pair<std::string, FontKind>, std::string>;
 
 std::shared_future<Families> familiesAhead;
 
 const FcChar8* inFontconfig(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
 
-std::string match(const std::string& family) {
+std::string match(const std::string& family, FontKind kind) {
     const Pattern wanted{FcPatternCreate()};
-    FcPatternAddString(wanted.get(), FC_FAMILY, inFontconfig(family.c_str()));
-    const Languages languages{FcLangSetCreate()};
-    for (const char* language : {"en", "ru"}) FcLangSetAdd(languages.get(), inFontconfig(language));
-    FcPatternAddLangSet(wanted.get(), FC_LANG, languages.get());
+    const char* generic = kind == FontKind::monospaced ? "monospace" : "sans-serif";
+    for (const char* name : {family.c_str(), generic})
+        FcPatternAddString(wanted.get(), FC_FAMILY, inFontconfig(name));
+    // As the toolkit asks for Latin text, whatever the desktop's language.
+    FcPatternAddString(wanted.get(), FC_LANG, inFontconfig("en"));
     FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
     FcDefaultSubstitute(wanted.get());
     FcResult result = FcResultMatch;
@@ -48,7 +49,9 @@ void readFontsAhead() {
         FcInit();
         Families result;
         // What the toolkit's themes name where the desktop has no fonts of its own.
-        for (const char* alias : {"Sans Serif", "monospace"}) result[alias] = match(alias);
+        for (const auto& [alias, kind] : {std::pair{"Sans Serif", FontKind::proportional},
+                                          std::pair{"monospace", FontKind::monospaced}})
+            result[{alias, kind}] = match(alias, kind);
         return result;
     }};
     auto families = reading.get_future().share();
@@ -60,12 +63,13 @@ void readFontsAhead() {
     }
 }
 
-std::string installedFamily(const std::string& family) {
+std::string installedFamily(const std::string& family, FontKind kind) {
     if (familiesAhead.valid()) {
         const Families& families = familiesAhead.get();
-        if (const auto known = families.find(family); known != families.end()) return known->second;
+        const auto known = families.find({family, kind});
+        if (known != families.end()) return known->second;
     }
-    return match(family);
+    return match(family, kind);
 }
 
 } // namespace oxlade
@@ -76,7 +80,7 @@ namespace oxlade {
 
 void readFontsAhead() {}
 
-std::string installedFamily(const std::string& family) { return family; }
+std::string installedFamily(const std::string& family, FontKind) { return family; }
 
 } // namespace oxlade
 

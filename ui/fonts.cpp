@@ -10,8 +10,8 @@ namespace oxlade {
 namespace {
 
 /// By its own name: for an alias the toolkit would sort all fonts that there are.
-QString installed(const QString& family) {
-    return toQString(installedFamily(family.toStdString()));
+QString installed(const QString& family, FontKind kind) {
+    return toQString(installedFamily(family.toStdString(), kind));
 }
 
 } // namespace
@@ -25,7 +25,7 @@ QFont interfaceFont(int pixels, QFont::Weight weight) {
 
 QFont monospacedFont(int pixels) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setFamilies({installed(font.family())});
+    font.setFamilies({installed(font.family(), FontKind::monospaced)});
     font.setStyleHint(QFont::Monospace);
     font.setPixelSize(pixels);
     font.setWeight(QFont::Normal);
@@ -35,7 +35,7 @@ QFont monospacedFont(int pixels) {
 void chooseInterfaceFont() {
     const QString better = QStringLiteral("Inter");
     QFont font = QApplication::font();
-    QString family = installed(font.family());
+    QString family = installed(font.family(), FontKind::proportional);
     const bool none = family.startsWith(QLatin1String{"DejaVu"}) ||
                       family.startsWith(QLatin1String{"Bitstream Vera"});
     if (none && QFontDatabase::hasFamily(better)) family = better;

@@ -60,8 +60,8 @@ void LogTextView::append(std::string_view text) {
     if (text.empty()) return;
     log_.append(toQString(text));
     if (nextSlice_.isActive()) return;
-    // The first frame shows all that there is to show.
-    if (!painted_ || sinceSlice_.hasExpired(frameMilliseconds))
+    // What comes before the first frame is in it.
+    if (!painted_ || !sinceSlice_.isValid() || sinceSlice_.hasExpired(frameMilliseconds))
         takeSlice(sliceMilliseconds);
     else
         nextSlice_.start(frameMilliseconds);

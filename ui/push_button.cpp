@@ -19,14 +19,14 @@ constexpr double corner = 6;
 
 /// A button's text with an ampersand is no mnemonic here.
 QString withoutMnemonic(QString text) { return text.replace(u'&', QStringLiteral("&&")); }
+QString shownText(QString text) { return text.replace(QStringLiteral("&&"), QStringLiteral("&")); }
+
 /// What a button lies on.
 QColor groundOf(const QWidget& button) {
     const Scheme scheme = schemeOf(button.palette());
     const bool onCard = dynamic_cast<const CardView*>(button.parentWidget()) != nullptr;
     return onCard ? cardColor(scheme) : groundColor(scheme);
 }
-
-QString shownText(QString text) { return text.replace(QStringLiteral("&&"), QStringLiteral("&")); }
 
 } // namespace
 

@@ -44,7 +44,7 @@ class ProgressBar final : public QWidget, public ProgressIndicator {
     const TextField* described_ = nullptr;
 };
 
-/// A softly bordered, translucent panel.
+/// A softly bordered panel.
 class CardView final : public QWidget {
   public:
     using QWidget::QWidget;

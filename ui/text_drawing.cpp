@@ -37,6 +37,8 @@ void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::A
     QTextOption option;
     option.setWrapMode(QTextOption::ManualWrap);
     option.setFlags(QTextOption::IncludeTrailingSpaces);
+    // The window's, not the text's: a name in another script stands before its size.
+    option.setTextDirection(painter.layoutDirection());
     layout.setTextOption(option);
     layout.beginLayout();
     QTextLine line = layout.createLine();

@@ -10,6 +10,7 @@
 #include <QTextLayout>
 
 #include <algorithm>
+#include <cmath>
 
 namespace oxlade {
 
@@ -36,7 +37,8 @@ void TextField::setColor(SemanticColor color) {
 }
 
 QSize TextField::sizeHint() const {
-    return {fontMetrics().horizontalAdvance(text_), fontMetrics().height()};
+    const double width = std::ceil(QFontMetricsF{font()}.horizontalAdvance(text_));
+    return {int(width), fontMetrics().height()};
 }
 
 QStringList TextField::displayedLines() const {

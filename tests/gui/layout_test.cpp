@@ -131,6 +131,8 @@ TEST_F(LayoutTest, OnlyThePercentageHasDigitsOfOneWidth) {
 }
 
 TEST_F(LayoutTest, TheLinkHasElevenPixelsAndTheLogAMonospacedElevenToo) {
+    EXPECT_EQ(program.content().websiteLink->font().weight(), QFont::Normal);
+    EXPECT_EQ(program.content().logView->font().weight(), QFont::Normal);
     EXPECT_EQ(program.content().websiteLink->font().pixelSize(), 11);
     EXPECT_EQ(program.content().logView->font().pixelSize(), 11);
     EXPECT_TRUE(QFontInfo{program.content().logView->font()}.fixedPitch());
@@ -217,11 +219,14 @@ TEST_F(LayoutTest, TheWindowIsBuiltHidden) {
     EXPECT_TRUE(other.content().logView->string().isEmpty());
 }
 
-void expectCreditLine(const std::string& version, const QString& expected) {
-    Program program{0, version};
+void expectCreditLine(const std::string& version, const QString& expected,
+                      const std::string& website = "oxlade.example") {
+    Program program{0, version, website};
     program.start();
     const WindowContent& content = program.content();
     EXPECT_EQ(content.creditLabel->text().toStdString(), expected.toStdString());
+    EXPECT_EQ(content.creditLabel->displayedLines(), QStringList{expected});
+    EXPECT_EQ(content.websiteLink->text().toStdString(), website);
     const int credit = content.creditLabel->sizeHint().width();
     const int link = content.websiteLink->sizeHint().width();
     const int x = int(std::floor((760 - (credit + 4 + link)) * 0.5));
@@ -245,6 +250,15 @@ TEST(CreditLine, MayBeWiderThanTheWindow) {
     Program program{0, version};
     program.start();
     EXPECT_LT(program.content().creditLabel->x(), 0);
+    expectCreditLine("1.0.0", QStringLiteral("v1.0.0  \u00B7  by Verrin  \u00B7"),
+                     std::string(200, 'w') + ".example");
+}
+
+TEST(CreditLine, IsShownWholeWhateverTheVersion) {
+    for (const char* version : {"1.0.1", "1.1.0", "1.2.0", "1.4.0", "1.7.11", "12.34.56"})
+        expectCreditLine(
+            version,
+            QStringLiteral("v%1  \u00B7  by Verrin  \u00B7").arg(QString::fromLatin1(version)));
 }
 
 TEST(LanguageControl, ShowsTheLanguageChosenAtStart) {

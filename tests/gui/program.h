@@ -13,10 +13,11 @@
 namespace oxlade::test {
 
 struct Program {
-    explicit Program(std::int64_t language = 0, std::string version = "1.0.0") {
+    explicit Program(std::int64_t language = 0, std::string version = "1.0.0",
+                     std::string website = "oxlade.example") {
         CurrentLanguage = language;
         interface = std::make_unique<QtUserInterface>(
-            WindowContext{std::move(version), "oxlade.example", [this] { return reduceMotion; }});
+            WindowContext{std::move(version), std::move(website), [this] { return reduceMotion; }});
         files.files[bundledHelper] = {"", true};
         files.files[bundledImage] = {validImage(3'145'728), false};
         delegate = std::make_shared<AppDelegate>(
