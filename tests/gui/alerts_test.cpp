@@ -210,6 +210,8 @@ TEST_F(PanelTest, ShowsItsMessageAndOneFilterOnly) {
     whenShown<QFileDialog>([](QFileDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Choose an OS file for the MPC4000"));
         ASSERT_EQ(dialog.nameFilters().size(), 1) << "no way to all files";
+        EXPECT_TRUE(dialog.nameFilters().at(0).endsWith(QStringLiteral(" (*.[bB][iI][nN])")))
+            << dialog.nameFilters().at(0).toStdString();
         EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
         EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptOpen);
         dialog.reject();

@@ -11,6 +11,7 @@
 #include <QTextBlock>
 
 #include <gtest/gtest.h>
+#include <random>
 
 namespace oxlade::test {
 namespace {
@@ -188,6 +189,56 @@ TEST_F(LogTest, PartsOfOddTextAreCopiedRightToo) {
     for (int from = 0; from < odd.size(); ++from) {
         select(from, int(odd.size()));
         EXPECT_EQ(copied(), toUtf8(odd.mid(from)));
+    }
+}
+
+TEST_F(LogTest, EveryCharacterThatThereIsIsCopiedAsItWasAppended) {
+    QString all;
+    for (char32_t c = 0; c <= QChar::LastValidCodePoint; ++c) {
+        if (QChar::isSurrogate(c)) continue;
+        all += QString::fromUcs4(&c, 1);
+        if (c % 128 == 0) all += u'\n';
+    }
+    for (qsizetype at = 0; at < all.size();) { // cut between characters only
+        qsizetype length = std::min<qsizetype>(100'003, all.size() - at);
+        if (at + length < all.size() && all[at + length].isLowSurrogate()) ++length;
+        log.append(toUtf8(all.mid(at, length)));
+        at += length;
+    }
+    log.flush();
+    EXPECT_TRUE(allCopied() == toUtf8(all));
+}
+
+TEST_F(LogTest, AnyMixtureCutAnywhereIsCopiedAsItWasAppendedAndSoIsAnyPartOfIt) {
+    const QString odd[] = {
+        QStringLiteral("word "),  QStringLiteral("\r"),     QStringLiteral("\n"),
+        QStringLiteral("\r\n"),   QStringLiteral("\u2028"), QStringLiteral("\u2029"),
+        QStringLiteral("\uFDD0"), QStringLiteral("\uFDD1"), QString(1, u'\0'),
+        QStringLiteral("\uFFFC"), QStringLiteral("\u0301"), QStringLiteral("\U0001F600"),
+        QStringLiteral("\u202E"), QStringLiteral("\u2067"), QStringLiteral("\t"),
+        QStringLiteral("\u00A0")};
+    std::mt19937 random{16}; // NOLINT: the same mixtures in each run
+    QString all;
+    for (int piece = 0; piece < 300; ++piece) {
+        QString text;
+        // Now and then so much at once that the view takes it as a flood.
+        for (auto parts = piece % 50 == 49 ? 5000U : random() % 40; parts > 0; --parts)
+            text += odd[random() % std::size(odd)];
+        all += text;
+        log.append(toUtf8(text));
+        if (random() % 4 == 0) log.flush();
+    }
+    all += u'.'; // a line's end at the very end waits for what comes after it
+    log.append(".");
+    log.flush();
+    ASSERT_TRUE(allCopied() == toUtf8(all));
+    for (int round = 0; round < 100; ++round) {
+        auto from = qsizetype(random() % std::size_t(all.size()));
+        auto to = std::min(all.size(), from + qsizetype(random() % 3000) + 1);
+        if (all[from].isLowSurrogate()) --from;
+        if (to < all.size() && all[to].isLowSurrogate()) ++to;
+        log.select({from, to});
+        ASSERT_TRUE(copied() == toUtf8(all.mid(from, to - from))) << from << " to " << to;
     }
 }
 
