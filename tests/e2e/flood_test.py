@@ -11,7 +11,7 @@ from driver.accessibility import Element
 from driver.figure import CONTENT_HEIGHT
 from driver.program import Program
 from driver.texts import RU
-from driver.waiting import wait_until
+from driver.waiting import Gone, wait_until
 
 AT_HAND_SECONDS = 1.0
 BYTES_OF_MEMORY_FOR_ONE_PRINTED = 12
@@ -26,7 +26,10 @@ class FloodTest(EndToEndCase):
 
     def timed(self, action: Callable[[], object]) -> float:
         began = time.monotonic()
-        action()
+        try:
+            action()
+        except Gone:
+            raise AssertionError(f"no answer for {time.monotonic() - began:.0f} s") from None
         return time.monotonic() - began
 
     def expected_log(self, program: Program, behaviour: str, *runs: tuple[str, ...]) -> str:

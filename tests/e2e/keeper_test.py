@@ -54,6 +54,7 @@ class KeeperTest(EndToEndCase):
 
     def test_a_flash_outlives_a_crash(self) -> None:
         self.flash_outlives(lambda program: program.signal(signal.SIGSEGV))
+        self.world.sanitizer_reports()  # that is what a crash is to them, too
 
     def test_a_flash_outlives_sigkill(self) -> None:
         self.flash_outlives(lambda program: program.signal(signal.SIGKILL))

@@ -1,5 +1,7 @@
 """The window as the window manager and the user have it."""
+import os
 import re
+from pathlib import Path
 
 from case import EndToEndCase
 from driver.program import Program
@@ -56,6 +58,26 @@ class WindowTest(EndToEndCase):
         self.close_window(program)
         self.assertEqual(program.wait_for_end(), 0)
         self.assert_nothing_left()
+
+    def test_it_listens_to_nobody(self) -> None:
+        program = self.start()
+        program.check()
+        process = Path(f"/proc/{program.pid}")
+        own = set()
+        for descriptor in (process / "fd").iterdir():
+            own |= set(re.findall(r"socket:\[(\d+)\]", os.readlink(descriptor)))
+        self.assertTrue(own, "not even the display's socket was seen")
+        listening = set()
+        for line in (process / "net/unix").read_text(encoding="utf-8").splitlines()[1:]:
+            flags, inode = line.split()[3], line.split()[6]
+            if int(flags, 16) & 0x10000:
+                listening.add(inode)
+        self.assertTrue(listening, "somebody listens on this computer: the display does")
+        for table in ("tcp", "tcp6"):
+            for line in (process / "net" / table).read_text(encoding="ascii").splitlines()[1:]:
+                if line.split()[3] == "0A":
+                    listening.add(line.split()[9])
+        self.assertEqual(own & listening, set())
 
     def test_it_is_called_oxlade(self) -> None:
         program = self.start()

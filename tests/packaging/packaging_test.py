@@ -108,6 +108,13 @@ class PackagingTest(unittest.TestCase):
             # It comes in lines of the tool's own choice.
             self.assertIn(message, " ".join(result.stdout.split()))
 
+    def test_the_author_s_website_is_the_packager_s_choice(self) -> None:
+        self.succeeds(self.configure(OXLADE_WEBSITE="https://other.example/flasher"))
+        facts = (self.build / "generated" / "app" / "build_facts.h").read_text(encoding="utf-8")
+        self.assertIn('"https://other.example/flasher"', facts)
+        self.assertIn('"other.example"', facts)
+        self.assertNotIn("oxlade.example", facts)
+
     def test_nonsense_is_refused_while_configuring(self) -> None:
         missing = self.folder / "nothing"
         self.refuses(f"OXLADE_HELPER names no file: {missing}", OXLADE_HELPER=missing)
