@@ -25,8 +25,8 @@ def _threads(pid):
 
 
 def work(pid):
-    """Seconds on a processor so far, of the threads that are left."""
-    return _threads(pid)[0]
+    """Seconds on a processor so far, of all threads, also of those that have ended."""
+    return time.clock_gettime((~pid << 3) | 2)  # the clock of a process, as Linux numbers it
 
 
 def activity(pid, seconds):
