@@ -6,7 +6,9 @@
 #include <spawn.h>
 #include <unistd.h>
 
+#ifndef __linux__ // where the library declares it
 extern char** environ;
+#endif
 
 namespace oxlade {
 

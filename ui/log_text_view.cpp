@@ -23,8 +23,8 @@ constexpr int inset = 10;
 constexpr int margin = 4;
 constexpr int frameMilliseconds = 16;
 constexpr int sliceMilliseconds = 10;
-constexpr qsizetype flood = 8 * 1024;
-constexpr qsizetype shortestPiece = 2 * 1024, longestPiece = 64 * 1024;
+constexpr qsizetype flood = 8 * qsizetype{1024};
+constexpr qsizetype shortestPiece = 2 * qsizetype{1024}, longestPiece = 64 * qsizetype{1024};
 
 /// What the font's metrics say, rounded as the layout rounds it.
 double rowHeight(const QFont& font) {

@@ -42,7 +42,7 @@ void Segment::paintEvent(QPaintEvent*) {
 }
 
 SegmentedSwitch::SegmentedSwitch(const QStringList& titles, int chosen,
-                                 std::function<void()> action, QWidget* parent)
+                                 const std::function<void()>& action, QWidget* parent)
     : QWidget{parent} {
     for (const QString& title : titles) {
         auto* segment = segments_.emplace_back(new Segment{title, *this});

@@ -34,7 +34,7 @@ class SegmentedSwitch final : public QWidget, public SegmentedControl {
     /// `chosen` is the index of the segment chosen at first; none for any index
     /// that is not there. `action` is called at each click or arrow key, also for
     /// the segment that is chosen already.
-    SegmentedSwitch(const QStringList& titles, int chosen, std::function<void()> action,
+    SegmentedSwitch(const QStringList& titles, int chosen, const std::function<void()>& action,
                     QWidget* parent);
 
     int selectedSegment() const override;

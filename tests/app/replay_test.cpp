@@ -56,6 +56,9 @@ class Replay : public ControllerTest {
         ASSERT_EQ(delegate->operationKey(), model_.key);
         ASSERT_EQ(delegate->operationPercent(), model_.percent);
         ASSERT_EQ(delegate->deviceGeometry(), model_.geometry);
+        ASSERT_EQ(controls.operationLabel.text, std::string{L(model_.key)});
+        ASSERT_EQ(controls.percentLabel.text,
+                  model_.percent < 0 ? "" : std::to_string(model_.percent) + '%');
         ASSERT_GE(controls.progress.value, 0);
         ASSERT_LE(controls.progress.value, 100);
     }
@@ -143,6 +146,17 @@ TEST_F(Replay, AnyBytesAreTakenAsTheModelTakesThem) {
         for (auto& chunk : chunks)
             for (auto count = 1 + random() % 12; count > 0; --count)
                 chunk += parts[random() % parts.size()];
+        ASSERT_NO_FATAL_FAILURE(play(chunks));
+    }
+}
+
+TEST_F(Replay, BytesWithoutAnySenseAreTakenAsTheModelTakesThem) {
+    std::mt19937 random{2}; // NOLINT: the same bytes in each run
+    for (int round = 0; round < 300; ++round) {
+        Chunks chunks(1 + random() % 10);
+        for (auto& chunk : chunks)
+            for (auto count = 1 + random() % 200; count > 0; --count)
+                chunk += static_cast<char>(random() % 256);
         ASSERT_NO_FATAL_FAILURE(play(chunks));
     }
 }

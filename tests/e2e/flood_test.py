@@ -45,6 +45,18 @@ class FloodTest(EndToEndCase):
                    explain=lambda: str(log.text_length()))
         self.assertEqual(log.text_length(), length)
 
+    def answer_to_a_click(self, program: Program) -> Callable[[], float]:
+        """Clicks on the other language; gives the seconds until that is painted."""
+        switch = program.find("radio button", "RU").extents()
+        caption = program.find("label", program.texts.log).extents()
+
+        def click() -> None:
+            before = program.screen.pixels(*caption)
+            program.screen.click(switch[0] + switch[2] // 2, switch[1] + switch[3] // 2)
+            wait_until(lambda: program.screen.pixels(*caption) != before, "the other language")
+            program.texts = RU
+        return lambda: self.timed(click)
+
     def pixels_of_bar(self, program: Program) -> bytes:
         x, y, _, height = program.screen.size(program.window())
         return program.screen.pixels(x + 40, y + height - CONTENT_HEIGHT + 346, 520, 20)
@@ -174,8 +186,12 @@ class FloodTest(EndToEndCase):
         program = self.start(f"speed=max,flood-bytes={printed}")
         texts, log, check = program.texts, program.log_view, program.button(program.texts.check)
         at_first = self.memory(program)
+        answer_to_a_click = self.answer_to_a_click(program)
         program.press(texts.check)
-        longest = 0.0
+        wait_until(lambda: log.text_length() > 1_000_000, "the flood")
+        longest = answer_to_a_click()
+        texts = program.texts
+        self.assertLess(log.text_length(), printed, "the flood was over before the click")
 
         def taken() -> bool:
             nonlocal longest

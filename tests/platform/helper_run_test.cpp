@@ -4,8 +4,10 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -188,6 +190,56 @@ TEST(HelperRun, ARefusedLaunchGivesTheSystemsReasonAndCallsNobody) {
         EXPECT_EQ(run.process->launch(), std::system_category().message(error)) << path;
         EXPECT_EQ(run.chunks() + run.ends() + run.exits(), 0);
     }
+}
+
+// While there are `spare` descriptors to be had, and no more.
+class FewDescriptors {
+  public:
+    explicit FewDescriptors(int spare) {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        for (int i = 0; i < spare; ++i)
+            taken_.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC));
+        Descriptor next{open("/dev/null", O_RDONLY | O_CLOEXEC)};
+        rlimit fewer = before_;
+        fewer.rlim_cur = static_cast<rlim_t>(next.get());
+        setrlimit(RLIMIT_NOFILE, &fewer);
+        taken_.clear();
+    }
+    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+  private:
+    rlimit before_{};
+    std::vector<Descriptor> taken_;
+};
+
+TEST(HelperRun, WithTooFewDescriptorsALaunchIsRefusedOrRunsAndNoneIsLost) {
+    const auto count = [] {
+        const std::filesystem::directory_iterator all{"/proc/self/fd"};
+        return std::distance(begin(all), end(all));
+    };
+    const auto before = count();
+    int refused = 0, ran = 0;
+    for (int spare = 0; spare < 16; ++spare) {
+        RecordedRun run(helper, {"print", "10"}, PosixHelperProcesses(OXLADE_KEEPER));
+        std::optional<std::string> refusal;
+        {
+            const FewDescriptors few{spare};
+            refusal = run.process->launch();
+        }
+        if (refusal) {
+            EXPECT_EQ(*refusal, std::system_category().message(EMFILE));
+            EXPECT_EQ(run.chunks() + run.ends() + run.exits(), 0);
+            ++refused;
+        } else {
+            EXPECT_TRUE(run.waitForExit());
+            ++ran;
+        }
+    }
+    EXPECT_GT(refused, 0);
+    EXPECT_GT(ran, 0);
+    EXPECT_TRUE(eventually([&] { return count() == before; }));
 }
 
 TEST(HelperRun, CallbacksAreLetGoOfWhenTheRunIsOverAndWhenItNeverBegan) {

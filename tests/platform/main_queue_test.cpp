@@ -61,6 +61,7 @@ TEST_F(MainQueueTest, JobsOfEachThreadRunInTheOrderInWhichTheyWerePosted) {
     std::vector<std::vector<int>> seen(threads);
     int left = threads * jobs;
     std::vector<std::thread> posters;
+    posters.reserve(threads);
     for (int thread = 0; thread < threads; ++thread)
         posters.emplace_back([&, thread] {
             for (int job = 0; job < jobs; ++job)

@@ -106,7 +106,10 @@ int main(int argc, char** argv) {
         char path[4096];
         if (getcwd(path, sizeof path) != nullptr) put(std::string(path) + '\n');
     }
-    if (mode == "environment") put(std::string(std::getenv(first) ? std::getenv(first) : "none"));
+    if (mode == "environment") {
+        const char* value = std::getenv(first);
+        put(value != nullptr ? value : "none");
+    }
     if (mode == "input") putFile("/proc/self/fd/0");
     if (mode == "both") {
         for (int i = 0; i < 100; ++i) put("out" + std::to_string(i) + '\n', 1 + i % 2);

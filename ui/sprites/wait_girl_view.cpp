@@ -27,6 +27,7 @@ QImage toImage(const SpriteFrame& frame) {
 
 std::vector<QImage> decodedFrames() {
     std::vector<QImage> images;
+    images.reserve(wait_girl_frames.size());
     for (const SpriteBytes stored : wait_girl_frames)
         images.push_back(toImage(std::get<SpriteFrame>(decodeSprite(stored))));
     return images;
