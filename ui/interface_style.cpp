@@ -30,6 +30,6 @@ void useInterfaceStyle() {
     QStyle* style = QApplication::style();
     if (dynamic_cast<InterfaceStyle*>(style) == nullptr)
         QApplication::setStyle(new InterfaceStyle{style}); // which takes it over
-} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+}
 
 } // namespace oxlade

@@ -125,6 +125,7 @@ TEST_F(AccessibilityTest, ThePercentageCanBeAskedFor) {
 TEST_F(AccessibilityTest, EverythingThatCanHaveTheKeyboardOrShowsAnythingHasAName) {
     program.delegate->setOperation("op.write", 42); // the percentage is empty before
     for (QWidget* widget : content().findChildren<QWidget*>()) {
+        ASSERT_NE(widget, nullptr);
         const bool shows = dynamic_cast<TextField*>(widget) || dynamic_cast<CardView*>(widget) ||
                            dynamic_cast<ProgressBar*>(widget);
         const bool hasOne = shows || widget->focusPolicy() != Qt::NoFocus;

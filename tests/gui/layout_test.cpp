@@ -126,6 +126,7 @@ TEST_F(LayoutTest, EveryLabelHasItsFontColourAndTruncation) {
 TEST_F(LayoutTest, OnlyThePercentageHasDigitsOfOneWidth) {
     for (const Text& text : texts) {
         const auto* field = dynamic_cast<TextField*>(find(text.name));
+        ASSERT_NE(field, nullptr);
         EXPECT_EQ(field->style().monospacedDigits, field == program.content().percentLabel);
     }
 }

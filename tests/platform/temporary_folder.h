@@ -32,7 +32,7 @@ class TemporaryFolder final {
         return path(name);
     }
     std::string program(std::string_view name, std::string_view content = {}) const {
-        const auto made = file(name, content);
+        auto made = file(name, content);
         std::filesystem::permissions(made, std::filesystem::perms::owner_all);
         return made;
     }
