@@ -199,6 +199,27 @@ TEST(SlimScrollBar, ItsThumbReachesBothEndsAndStandsOffTheEdge) {
     EXPECT_EQ(bar.width() - 1 - bar.thumb().right(), 5);
 }
 
+TEST_P(PaintingTest, TheLinkHasTheColourOfLinks) {
+    const QImage image = picture();
+    const QColor ground = groundColor(GetParam());
+    const QColor link = over(color(SemanticColor::linkColor, GetParam()), ground);
+    const auto distance = [&](const QColor& c) {
+        return std::abs(c.red() - ground.red()) + std::abs(c.green() - ground.green()) +
+               std::abs(c.blue() - ground.blue());
+    };
+    QColor clearest = ground; // of all pixels, most of which lie on a letter's edge
+    const QRect at = frame(content().websiteLink);
+    for (int y = at.top(); y <= at.bottom(); ++y)
+        for (int x = at.left(); x <= at.right(); ++x)
+            if (const QColor c = image.pixelColor(x, y); distance(c) > distance(clearest))
+                clearest = c;
+    const double share = double(distance(clearest)) / distance(link);
+    EXPECT_GT(share, 0.6);
+    EXPECT_NEAR(clearest.red(), ground.red() + share * (link.red() - ground.red()), 6);
+    EXPECT_NEAR(clearest.green(), ground.green() + share * (link.green() - ground.green()), 6);
+    EXPECT_NEAR(clearest.blue(), ground.blue() + share * (link.blue() - ground.blue()), 6);
+}
+
 TEST(SlimScrollBar, ShowsNothingWhereThereIsNothingToScroll) {
     QWidget window;
     SlimScrollBar bar{&window};
