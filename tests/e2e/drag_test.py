@@ -25,7 +25,12 @@ class DragTest(EndToEndCase):
     def drag(self, program: Program, x: int, y: int, by: tuple[int, int]) -> None:
         """From that point of the content, counted from its top left corner."""
         left, top, _, height = program.screen.size(program.window())
-        program.screen.drag(left + x, top + height - CONTENT_HEIGHT + y, *by)
+        program.screen.drag(left + x, top + height - CONTENT_HEIGHT + y, *by,
+                            arrived=lambda: self.is_at(program, (left + by[0], top + by[1])))
+
+    def is_at(self, program: Program, wanted: tuple[int, int]) -> bool:
+        # The window manager takes over after the first few pixels.
+        return max(abs(a - b) for a, b in zip(self.place(program), wanted)) <= 12
 
     def moves_by(self, x: int, y: int) -> None:
         program = self.start_in_front()
@@ -35,9 +40,8 @@ class DragTest(EndToEndCase):
 
     def wait_moved(self, program: Program, before: tuple[int, int], by: tuple[int, int]) -> None:
         wanted = (before[0] + by[0], before[1] + by[1])
-        # The window manager takes over after the first few pixels.
-        wait_until(lambda: max(abs(a - b) for a, b in zip(self.place(program), wanted)) <= 12,
-                   f"the window at {wanted}", 10, lambda: str(self.place(program)))
+        wait_until(lambda: self.is_at(program, wanted), f"the window at {wanted}", 10,
+                   lambda: str(self.place(program)))
 
     def does_not_move_by(self, role: str, name: str | None = None) -> None:
         program = self.start_in_front()

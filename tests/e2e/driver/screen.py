@@ -3,6 +3,7 @@ from __future__ import annotations
 
 import re
 import subprocess
+from collections.abc import Callable
 from pathlib import Path
 
 from .waiting import wait_until
@@ -51,13 +52,25 @@ class Screen:
     def type(self, text: str) -> None:
         self._xdotool("type", "--clearmodifiers", text)
 
-    def drag(self, x: int, y: int, by_x: int, by_y: int) -> None:
-        """Presses there, moves in a few steps, lets go."""
+    def drag(self, x: int, y: int, by_x: int, by_y: int,
+             arrived: Callable[[], bool] = lambda: True) -> None:
+        """Presses there, moves in a few steps, lets go: as a person does, not before what
+        is dragged has followed."""
         steps = 4
         self._xdotool("mousemove", str(x), str(y), "mousedown", "1")
         for step in range(1, steps + 1):
             self._xdotool("mousemove", str(x + by_x * step // steps), str(y + by_y * step // steps))
-        self._xdotool("mouseup", "1")
+
+        def follows() -> bool:
+            if arrived():
+                return True
+            for beside in (1, 0):
+                self._xdotool("mousemove", str(x + by_x - beside), str(y + by_y))
+            return False
+        try:
+            wait_until(follows, "what is dragged to follow", 10)
+        finally:
+            self._xdotool("mouseup", "1")
 
     def click(self, x: int, y: int) -> None:
         self._xdotool("mousemove", str(x), str(y), "click", "1")
