@@ -32,6 +32,13 @@ class KeeperTest : public testing::Test {
         return {helper_, std::move(arguments), PosixHelperProcesses(keeper_)};
     }
     bool keeperIsThere() const { return !processesOf(keeper_).empty(); }
+    // The one that there is; it is no zombie afterwards either.
+    void killKeeper() const {
+        const auto keepers = processesOf(keeper_);
+        ASSERT_EQ(keepers.size(), 1u);
+        kill(keepers.front(), SIGKILL);
+        EXPECT_TRUE(eventually([&] { return kill(keepers.front(), 0) != 0 && errno == ESRCH; }));
+    }
 
     const TemporaryFolder folder_;
     const std::string keeper_ = folder_.path("keeper");
@@ -98,10 +105,7 @@ TEST_F(KeeperTest, IsNotMissedWhenItDiesAndLeavesNoZombie) {
     auto going = run({"until-gone", lock_});
     ASSERT_EQ(going.process->launch(), std::nullopt);
     ASSERT_TRUE(going.waitForText("waiting"));
-    const auto keepers = processesOf(keeper_);
-    ASSERT_EQ(keepers.size(), 1u);
-    kill(keepers.front(), SIGKILL);
-    EXPECT_TRUE(eventually([&] { return kill(keepers.front(), 0) != 0 && errno == ESRCH; }));
+    ASSERT_NO_FATAL_FAILURE(killKeeper());
     folder_.remove("lock");
     EXPECT_TRUE(going.waitForExit());
     EXPECT_EQ(going.process->terminationStatus(), 0);
@@ -123,10 +127,7 @@ TEST_F(KeeperTest, ItsDeathDoesNotLetTheComputerSleep) {
     RecordedRun going(helper_, {"until-gone", lock_}, PosixHelperProcesses(keeper_, &lock));
     ASSERT_EQ(going.process->launch(), std::nullopt);
     ASSERT_TRUE(going.waitForText("waiting"));
-    const auto keepers = processesOf(keeper_);
-    ASSERT_EQ(keepers.size(), 1u);
-    kill(keepers.front(), SIGKILL);
-    ASSERT_TRUE(eventually([&] { return kill(keepers.front(), 0) != 0 && errno == ESRCH; }));
+    ASSERT_NO_FATAL_FAILURE(killKeeper());
     pollfd watched{pipe->first.get(), POLLIN, 0};
     EXPECT_EQ(poll(&watched, 1, 0), 0) << "nobody holds the lock any more";
     folder_.remove("lock");
