@@ -26,6 +26,7 @@ class DragTest(EndToEndCase):
         """From that point of the content, counted from its top left corner."""
         left, top, _, height = program.screen.size(program.window())
         program.screen.drag(left + x, top + height - CONTENT_HEIGHT + y, *by,
+                            begun=lambda: self.place(program) != (left, top),
                             arrived=lambda: self.is_at(program, (left + by[0], top + by[1])))
 
     def is_at(self, program: Program, wanted: tuple[int, int]) -> bool:

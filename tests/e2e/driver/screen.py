@@ -53,22 +53,25 @@ class Screen:
         self._xdotool("type", "--clearmodifiers", text)
 
     def drag(self, x: int, y: int, by_x: int, by_y: int,
+             begun: Callable[[], bool] = lambda: True,
              arrived: Callable[[], bool] = lambda: True) -> None:
-        """Presses there, moves in a few steps, lets go: as a person does, not before what
-        is dragged has followed."""
-        steps = 4
+        """Presses there, moves in a few steps, lets go: as a person does, who goes on
+        when what is dragged begins to follow, and lets go when it has followed. What is
+        moved before somebody looks at it counts for nothing."""
+        def stays_until(there: Callable[[], bool], step: int) -> None:
+            def is_there() -> bool:
+                for beside in (1, 0):
+                    self._xdotool("mousemove", str(x + by_x * step // steps - beside),
+                                  str(y + by_y * step // steps))
+                return there()
+            wait_until(is_there, "what is dragged to follow", 10)
+        steps = 8
         self._xdotool("mousemove", str(x), str(y), "mousedown", "1")
-        for step in range(1, steps + 1):
-            self._xdotool("mousemove", str(x + by_x * step // steps), str(y + by_y * step // steps))
-
-        def follows() -> bool:
-            if arrived():
-                return True
-            for beside in (1, 0):
-                self._xdotool("mousemove", str(x + by_x - beside), str(y + by_y))
-            return False
         try:
-            wait_until(follows, "what is dragged to follow", 10)
+            stays_until(begun, 1)
+            for step in range(2, steps):
+                stays_until(lambda: True, step)
+            stays_until(arrived, steps)
         finally:
             self._xdotool("mouseup", "1")
 
