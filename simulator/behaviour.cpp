@@ -142,7 +142,7 @@ void progress(Behaviour& behaviour, const Word& word) {
     behaviour.oneWrite = true;
 }
 
-constexpr std::array<std::pair<std::string_view, Setter>, 23> words{{
+constexpr std::array<std::pair<std::string_view, Setter>, 25> words{{
     {"chatter", child<true>},
     {"exit", exitStatus},
     {"fail-erase", percent<&Behaviour::failErase>},
@@ -160,6 +160,8 @@ constexpr std::array<std::pair<std::string_view, Setter>, 23> words{{
     {"no-geometry", flag<&Behaviour::noGeometry>},
     {"no-line-ends", flag<&Behaviour::noLineEnds>},
     {"nul", flag<&Behaviour::nul>},
+    {"nul-bytes", amount<&Behaviour::nulBytes>},
+    {"nul-line", amount<&Behaviour::nulLine>},
     {"progress", progress},
     {"signal", signalAt},
     {"speed", speed},

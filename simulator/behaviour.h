@@ -49,6 +49,8 @@ struct Behaviour {
 
     bool invalidUtf8 = false;
     bool nul = false;
+    std::uint64_t nulBytes = 0;   // bytes of such lines
+    std::uint64_t nulLine = 0;    // bytes of one such line
     std::uint64_t longLine = 0;   // bytes
     std::uint64_t floodBytes = 0; // bytes of ordinary text
     std::uint64_t flood = 0;      // progress lines

@@ -9,6 +9,10 @@ namespace {
 
 using namespace std::string_view_literals;
 
+constexpr std::string_view controls =
+    "zero \0 bell \a escape \x1B[31m backspace \b\n"
+    "override \xE2\x80\xAEgnihsalf\xE2\x80\xAC isolate \xE2\x81\xA7now\xE2\x81\xA9\n"sv;
+
 // `bytes` bytes of `pattern` said over and over.
 void repeat(std::string_view pattern, std::uint64_t bytes, const Sink& sink) {
     std::string piece;
@@ -25,6 +29,8 @@ void repeat(std::string_view pattern, std::uint64_t bytes, const Sink& sink) {
 void sayOddThings(const Behaviour& behaviour, const Sink& sink) {
     if (behaviour.invalidUtf8) invalidUtf8Lines(sink);
     if (behaviour.nul) controlLines(sink);
+    if (behaviour.nulBytes > 0) repeatControlLines(behaviour.nulBytes, sink);
+    if (behaviour.nulLine > 0) longControlLine(behaviour.nulLine, sink);
     if (behaviour.longLine > 0) longLine(behaviour.longLine, sink);
     if (behaviour.floodBytes > 0) ordinaryText(behaviour.floodBytes, sink);
     if (behaviour.flood > 0) progressLines(behaviour.flood, sink);
@@ -36,9 +42,18 @@ void invalidUtf8Lines(const Sink& sink) {
          "never seen \xC0\xFE\xFF\n"sv);
 }
 
-void controlLines(const Sink& sink) {
-    sink("zero \0 bell \a escape \x1B[31m backspace \b\n"
-         "override \xE2\x80\xAEgnihsalf\xE2\x80\xAC isolate \xE2\x81\xA7now\xE2\x81\xA9\n"sv);
+void controlLines(const Sink& sink) { sink(controls); }
+
+void repeatControlLines(std::uint64_t bytes, const Sink& sink) {
+    repeat(controls, bytes - 1, sink);
+    sink("\n");
+}
+
+void longControlLine(std::uint64_t bytes, const Sink& sink) {
+    std::string withoutEnds{controls};
+    std::erase(withoutEnds, '\n');
+    repeat(withoutEnds, bytes, sink);
+    sink("\n");
 }
 
 void longLine(std::uint64_t bytes, const Sink& sink) {

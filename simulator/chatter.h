@@ -23,6 +23,10 @@ void sayOddThings(const Behaviour& behaviour, const Sink& sink);
 void invalidUtf8Lines(const Sink& sink);
 // Lines with NUL bytes, other control characters and bidirectional overrides.
 void controlLines(const Sink& sink);
+// `bytes` bytes of such lines; the last byte is a line end.
+void repeatControlLines(std::uint64_t bytes, const Sink& sink);
+// `bytes` bytes of the same without its line ends, and a line end on top.
+void longControlLine(std::uint64_t bytes, const Sink& sink);
 // `bytes` letters without a blank, and a line end on top.
 void longLine(std::uint64_t bytes, const Sink& sink);
 // `bytes` bytes of short English lines; the last byte is a line end.

@@ -134,6 +134,9 @@ class AwakeTest(EndToEndCase):
         program.wait_for(program.texts.op_device_ready, deadline=5)
         program.flash()
         self.assert_flashed()
+        said = self.expected_log(program, "speed=max", ("--info",),
+                                 ("--firmware", str(self.bundle.image), "--yes"))
+        self.assertEqual(program.log(), said)
 
     def test_a_login_manager_that_never_answers_delays_nothing(self) -> None:
         address = self.new_bus()

@@ -65,6 +65,15 @@ class EndToEndCase(unittest.TestCase):
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                               check=False).stdout
 
+    def expected_log(self, program: Program, behaviour: str, *runs: tuple[str, ...]) -> str:
+        """All there is in the log after these runs, when nothing else happened."""
+        texts = program.texts
+        text = f"{texts.started}\n{texts.selected.format(self.bundle.image)}\n"
+        for arguments in runs:
+            printed = self.printed_by_helper(behaviour, *arguments).decode().replace("\r", "\n")
+            text += f"$ oxlade {' '.join(arguments)}\n{printed}{texts.exited.format(0)}\n"
+        return text
+
     def assert_flashed(self, image: Path | None = None) -> None:
         """The sampler's flash is the image, every byte of it."""
         image = image or self.bundle.image

@@ -10,7 +10,7 @@ from case import EndToEndCase
 from driver.accessibility import Element
 from driver.figure import CONTENT_HEIGHT
 from driver.program import Program
-from driver.texts import RU
+from driver.texts import EN, RU
 from driver.waiting import Gone, wait_until
 
 AT_HAND_SECONDS = 1.0
@@ -31,14 +31,6 @@ class FloodTest(EndToEndCase):
         except Gone:
             raise AssertionError(f"no answer for {time.monotonic() - began:.0f} s") from None
         return time.monotonic() - began
-
-    def expected_log(self, program: Program, behaviour: str, *runs: tuple[str, ...]) -> str:
-        texts = program.texts
-        text = f"{texts.started}\n{texts.selected.format(self.bundle.image)}\n"
-        for arguments in runs:
-            printed = self.printed_by_helper(behaviour, *arguments).decode().replace("\r", "\n")
-            text += f"$ oxlade {' '.join(arguments)}\n{printed}{texts.exited.format(0)}\n"
-        return text
 
     def wait_for_length(self, log: Element, length: int) -> None:
         wait_until(lambda: log.text_length() >= length, f"{length} characters in the log",
@@ -112,21 +104,42 @@ class FloodTest(EndToEndCase):
     def test_one_line_of_fifty_million_letters_is_taken(self) -> None:
         behaviour = "speed=max,long-line=50000000"
         program = self.start(behaviour)
-        texts = program.texts
-        log, check = program.log_view, program.button(texts.check)
-        program.press(texts.check)
-        longest = 0.0
+        log = program.log_view
+        expected = self.expected_log(program, behaviour, ("--info",))
+        self.check_while_looking_at(program, 50_000_000)
+        expected = expected.replace(EN.exited.format(0), RU.exited.format(0))
+        self.assertEqual(log.text_length(), len(expected))
+        self.assertEqual(log.text(20_000_000, 20_000_100), expected[20_000_000:20_000_100])
+        program.flash()
+        self.assert_flashed()
+
+    def check_while_looking_at(self, program: Program, printed: int) -> None:
+        """A check that prints at least so many characters; in its midst a click on the
+        other language, which is answered."""
+        log, check = program.log_view, program.button(program.texts.check)
+        answer_to_a_click = self.answer_to_a_click(program)
+        program.press(program.texts.check)
+        wait_until(lambda: log.text_length() > 100_000, "the flood")
+        longest = answer_to_a_click()
+        self.assertLess(log.text_length(), printed, "the flood was over before the click")
 
         def ended() -> bool:
             nonlocal longest
             longest = max(longest, self.timed(lambda: check.name))
-            return log.text_length() > 50_000_000 and program.shows(texts.op_device_ready)
+            return log.text_length() > printed and program.shows(RU.op_device_ready)
         wait_until(ended, "the end of the check")
         self.assertLess(longest, AT_HAND_SECONDS)
-        program.wait_for_last_line(texts.exited.format(0))
-        expected = self.expected_log(program, behaviour, ("--info",))
-        self.assertEqual(log.text_length(), len(expected))
-        self.assertEqual(log.text(20_000_000, 20_000_100), expected[20_000_000:20_000_100])
+        program.wait_for_last_line(RU.exited.format(0))
+
+    def test_a_flood_of_control_characters_and_overrides_is_taken(self) -> None:
+        program = self.start("speed=max,nul-bytes=40000000")
+        self.check_while_looking_at(program, 35_000_000)
+        program.flash()
+        self.assert_flashed()
+
+    def test_a_line_of_nothing_but_control_characters_and_overrides_is_taken(self) -> None:
+        program = self.start("speed=max,nul-line=40000000")
+        self.check_while_looking_at(program, 35_000_000)
         program.flash()
         self.assert_flashed()
 

@@ -105,6 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
     Of, Flood,
     ::testing::Values("speed=max,exit=3,flood=200000", "speed=max,exit=3,long-line=5000000",
                       "speed=max,exit=3,flood-bytes=5000000,flood=100000,nul,invalid-utf8",
+                      "speed=max,exit=3,nul-bytes=3000000,nul-line=3000000",
                       "speed=max,exit=3,split=7,flood=120000"),
     [](const auto& test) {
         std::string name;

@@ -37,10 +37,13 @@ TEST(Behaviour, TakesEveryFlag) {
 }
 
 TEST(Behaviour, TakesEveryAmount) {
-    const Behaviour behaviour = parseBehaviour("long-line=1000000,flood-bytes=2,flood=3,step=10,"
-                                               "fail-erase=0,fail-write=100,exit=255");
+    const Behaviour behaviour =
+        parseBehaviour("long-line=1000000,flood-bytes=2,flood=3,step=10,"
+                       "nul-bytes=4,nul-line=5,fail-erase=0,fail-write=100,exit=255");
     EXPECT_EQ(behaviour.longLine, 1000000U);
     EXPECT_EQ(behaviour.floodBytes, 2U);
+    EXPECT_EQ(behaviour.nulBytes, 4U);
+    EXPECT_EQ(behaviour.nulLine, 5U);
     EXPECT_EQ(behaviour.flood, 3U);
     EXPECT_EQ(behaviour.step, 10U);
     EXPECT_EQ(behaviour.failErase, 0U);

@@ -98,6 +98,21 @@ TEST_F(SimulatorTest, PrintsControlCharacters) {
               "override \xE2\x80\xAEgnihsalf\xE2\x80\xAC isolate \xE2\x81\xA7now\xE2\x81\xA9\n"sv);
 }
 
+TEST_F(SimulatorTest, PrintsControlCharactersOverAndOver) {
+    const std::string text = after(greeting, check(with("nul-bytes=200000")).readToEnd());
+    EXPECT_EQ(text.size(), 200000U);
+    EXPECT_THAT(text, EndsWith("\n"));
+    EXPECT_GT(std::count(text.begin(), text.end(), '\0'), 2000);
+    EXPECT_GT(std::count(text.begin(), text.end(), '\n'), 4000);
+}
+
+TEST_F(SimulatorTest, PrintsOneLongLineOfControlCharacters) {
+    const std::string line = after(greeting, check(with("nul-line=200000")).readToEnd());
+    EXPECT_EQ(line.size(), 200001U);
+    EXPECT_GT(std::count(line.begin(), line.end(), '\0'), 2000);
+    EXPECT_EQ(line.find('\n'), 200000U);
+}
+
 TEST_F(SimulatorTest, PrintsOneLongLine) {
     const std::string line = after(greeting, check(with("long-line=1000003")).readToEnd());
     ASSERT_EQ(line.size(), 1000004U);
