@@ -2,7 +2,7 @@
 # scripts; bash.
 
 build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-qpa-plugins libsystemd-dev libfontconfig-dev
-                fonts-inter fonts-dejavu-core)
+                qt6-translations-l10n fonts-inter fonts-dejavu-core)
 # A display of our own, and hands and eyes to use a window in it.
 display_packages=(xvfb openbox xdotool dbus at-spi2-core python3-gi
                   imagemagick x11-utils x11-xserver-utils procps)

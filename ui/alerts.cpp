@@ -1,5 +1,6 @@
 #include "ui/alerts.h"
 
+#include "i18n/string_table.h"
 #include "platform/text.h"
 #include "ui/alert_icon.h"
 #include "ui/fonts.h"
@@ -11,7 +12,9 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLayout>
+#include <QLibraryInfo>
 #include <QMessageBox>
+#include <QTranslator>
 
 #include <algorithm>
 #include <utility>
@@ -75,6 +78,20 @@ QString nameFilter(const QString& extension) {
     return QStringLiteral("*.%1 (*.%2)").arg(extension, pattern);
 }
 
+/// What the toolkit's own chooser says, in the program's language, for as long as it
+/// lives. English where the toolkit's translations are not installed.
+class ChooserTexts {
+  public:
+    ChooserTexts() {
+        const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+        if (CurrentLanguage == 1 && russian_.load(QStringLiteral("qtbase_ru"), folder))
+            QCoreApplication::installTranslator(&russian_);
+    }
+
+  private:
+    QTranslator russian_; ///< takes itself out when it goes
+};
+
 bool hasExtension(const QString& path, const QString& extension) {
     return QFileInfo{path}.suffix().compare(extension, Qt::CaseInsensitive) == 0;
 }
@@ -100,11 +117,13 @@ bool QtDialogs::runAlert(const Alert& alert) {
 }
 
 std::optional<std::string> QtDialogs::runOpenPanel(const OpenPanel& panel) {
+    const ChooserTexts texts;
     const QString extension = toQString(panel.fileNameExtension);
     QFileDialog dialog{parent_(), toQString(panel.message), folder_, nameFilter(extension)};
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setOption(QFileDialog::ReadOnly); // else files can be renamed and deleted in it
     // A name that was typed need not match the filter: then the panel asks again.
     while (dialog.exec() == QDialog::Accepted) {
         const QString path = dialog.selectedFiles().value(0);

@@ -19,7 +19,8 @@ class QtDialogs final : public Dialogs {
     explicit QtDialogs(std::function<QWidget*()> parent);
 
     bool runAlert(const Alert& alert) override;
-    /// Starts in the folder of the last choice, at first in the user's home.
+    /// Starts in the folder of the last choice, at first in the user's home. Where the
+    /// desktop has no chooser, the toolkit's own speaks the current language.
     std::optional<std::string> runOpenPanel(const OpenPanel& panel) override;
 
   private:

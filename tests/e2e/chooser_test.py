@@ -27,6 +27,17 @@ class ChooserTest(EndToEndCase):
         self.assertIn(f"$ oxlade --firmware {image} --yes", program.log_lines())
         self.assert_flashed(image)
 
+    def test_it_speaks_the_program_s_language(self) -> None:
+        image = self.folder / "home" / "обновление.bin"
+        shutil.copyfile(self.bundle.image, image)
+        program = self.start()
+        program.switch_language("RU")
+        program.choose(str(image))
+        program.wait_for(f"{image.name}  ·  3.0 MB")
+        program.switch_language("EN")
+        program.choose(str(self.bundle.image))
+        program.wait_for(f"{self.bundle.image.name}  ·  3.0 MB")
+
     def test_a_name_with_double_quotes_can_be_chosen_from_the_list(self) -> None:
         image = self.folder / "home" / 'the "last" <b>one.bin'
         shutil.copyfile(self.bundle.image, image)
@@ -34,7 +45,7 @@ class ChooserTest(EndToEndCase):
         program.press(program.texts.choose)
         chooser = program.wait(lambda: program.dialogs(), "the chooser")[0]
         program.click(program.wait(lambda: chooser.find("tree item", image.name), "the file"))
-        name = chooser.find("text", "File name:")
+        name = chooser.find("text", program.texts.file_name)
         program.wait(lambda: name.text() == image.name, "the name taken over")
         program.screen.key("Return")
         program.wait_for(f"{image.name}  ·  3.0 MB")

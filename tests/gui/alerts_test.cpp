@@ -214,9 +214,31 @@ TEST_F(PanelTest, ShowsItsMessageAndOneFilterOnly) {
             << dialog.nameFilters().at(0).toStdString();
         EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
         EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptOpen);
+        EXPECT_TRUE(dialog.testOption(QFileDialog::ReadOnly));
         dialog.reject();
     });
     dialogs.runOpenPanel(panel);
+}
+
+TEST_F(PanelTest, SpeaksTheCurrentLanguageAndLeavesNothingBehind) {
+    const auto words = [this] {
+        QStringList said;
+        whenShown<QFileDialog>([&](QFileDialog& dialog) {
+            for (const QLabel* label : dialog.findChildren<QLabel*>()) said += label->text();
+            dialog.reject();
+        });
+        dialogs.runOpenPanel(panel);
+        return said;
+    };
+    const QString english = QStringLiteral("Look in:"), russian = QStringLiteral("Перейти к:");
+    EXPECT_TRUE(words().contains(english));
+    CurrentLanguage = 1;
+    const QStringList inRussian = words();
+    EXPECT_TRUE(inRussian.contains(russian)) << inRussian.join(u'|').toStdString();
+    EXPECT_FALSE(inRussian.contains(english));
+    EXPECT_EQ(QFileDialog::tr("Look in:"), english);
+    CurrentLanguage = 0;
+    EXPECT_TRUE(words().contains(english));
 }
 
 TEST_F(PanelTest, StartsWhereTheLastFileWasChosen) {

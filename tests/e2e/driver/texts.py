@@ -9,6 +9,8 @@ class Texts:
     flash: str
     bundled: str
     choose: str
+    file_name: str
+    open: str
     confirm: str
     confirm_text: str
     confirm_ok: str
@@ -45,6 +47,7 @@ class Texts:
 
 EN = Texts(
     locale="en_US.UTF-8", check="Check", flash="Flash OS", bundled="Bundled", choose="Choose…",
+    file_name="File name:", open="Open",
     confirm="Flash the OS to the MPC4000?",
     confirm_text="Flash memory is erased before writing. Do not power off the MPC4000 or "
                  "unplug USB until it finishes.",
@@ -63,7 +66,7 @@ EN = Texts(
 
 RU = Texts(
     locale="ru_RU.UTF-8", check="Проверить", flash="Прошить OS", bundled="Встроенная",
-    choose="Выбрать…", confirm="Прошить OS в MPC4000?",
+    choose="Выбрать…", file_name="Имя файла:", open="Открыть", confirm="Прошить OS в MPC4000?",
     confirm_text="Flash-память будет стерта перед записью. Не выключайте MPC4000 и не "
                  "отключайте USB до завершения.",
     confirm_ok="Прошить", cancel="Отмена", unknown="MPC4000 не проверен",
