@@ -26,6 +26,9 @@ class Bench:
         self.build = os.path.abspath(build)
         self.macos = os.path.join(self.build, "Oxlade.app/Contents/MacOS")
         self.helper = os.path.join(self.macos, "oxlade")
+        with open(self.helper, "rb") as helper:
+            if b"the Oxlade simulator" not in helper.read():
+                raise SystemExit(f"{self.helper} is not the simulated sampler: nothing was started.")
         self.quick = quick
         self.table = Table()
 

@@ -35,6 +35,14 @@ class PlayTest(unittest.TestCase):
         for each in pictures:
             self.assertIn(str(each), result.stdout)
 
+    def test_it_refuses_a_helper_that_may_flash_a_real_sampler(self) -> None:
+        started = self.folder / "started"
+        self.bundle.replace(self.bundle.helper, f"#!/bin/sh\ntouch '{started}'\n".encode())
+        result = self.play()
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("is not the simulated sampler: nothing was started.", result.stderr)
+        self.assertFalse(started.exists())
+
     def test_it_fails_when_one_flashed_byte_is_another(self) -> None:
         self.bundle.wrap_helper('"$helper" "$@" || exit\n'
                                 '[ "$1" = --info ] || printf X | dd of="$OXLADE_SIM_FLASH" '

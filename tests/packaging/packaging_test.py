@@ -121,6 +121,9 @@ class PackagingTest(unittest.TestCase):
         self.refuses(f"OXLADE_HELPER names no file: {self.folder}", OXLADE_HELPER=self.folder)
         self.refuses(f"OXLADE_FIRMWARE names no file: {missing}",
                      OXLADE_HELPER=self.helper_file, OXLADE_FIRMWARE=missing)
+        for flashes_by_itself in ("OXLADE_BUILD_TESTS", "OXLADE_BUILD_BENCHMARKS"):
+            self.refuses("Tests and benchmarks flash without asking",
+                         OXLADE_HELPER=self.helper_file, **{flashes_by_itself: "ON"})
         for website in ("nonsense", "http://oxlade.example/", "https://", "https://a b/",
                         'https://oxlade.example/"; int x; //', ""):
             self.refuses(f"OXLADE_WEBSITE is no https address: {website}".strip(),

@@ -23,32 +23,30 @@ enum class WaitingStart {
 class FrameSequence final {
   public:
     /// 0 to 5, unless showFrame was given something else.
-    std::uint64_t frameIndex() const { return m_frameIndex; }
+    std::uint64_t frameIndex() const { return frameIndex_; }
 
     /// Whether a timer has to run.
-    bool isRunning() const { return m_running; }
+    bool isRunning() const { return running_; }
 
     /// Shows any frame; the index is not checked and the timer not touched.
-    void showFrame(std::uint64_t index) { m_frameIndex = index; }
+    void showFrame(std::uint64_t index) { frameIndex_ = index; }
 
     /// Begins to wait. A running animation goes on as it is; the setting is of
     /// no account then.
     WaitingStart startWaiting(bool reduceMotion) {
-        if (m_running) return WaitingStart::unchanged;
-        m_running = !reduceMotion;
+        if (running_) return WaitingStart::unchanged;
+        running_ = !reduceMotion;
         showFrame(reduceMotion ? fullBalloonFrame : introFrame);
         return reduceMotion ? WaitingStart::still : WaitingStart::animated;
     }
 
     /// One step; from the last frame, and from any index beyond it, back to the
     /// full balloon.
-    void tick() {
-        showFrame(m_frameIndex > fullBalloonFrame ? fullBalloonFrame : m_frameIndex + 1);
-    }
+    void tick() { showFrame(frameIndex_ > fullBalloonFrame ? fullBalloonFrame : frameIndex_ + 1); }
 
     /// Back to the idle frame, whatever was going on. The timer must end.
     void stopWaiting() {
-        m_running = false;
+        running_ = false;
         showFrame(idleFrame);
     }
 
@@ -57,8 +55,8 @@ class FrameSequence final {
     static constexpr std::uint64_t introFrame = 1;
     static constexpr std::uint64_t fullBalloonFrame = 4;
 
-    std::uint64_t m_frameIndex = idleFrame;
-    bool m_running = false;
+    std::uint64_t frameIndex_ = idleFrame;
+    bool running_ = false;
 };
 
 } // namespace oxlade

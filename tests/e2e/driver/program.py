@@ -23,11 +23,21 @@ T = TypeVar("T")
 
 PROGRAM, HELPER, KEEPER, IMAGE = "oxlade-app", "oxlade", "oxlade-keeper", "mpcv171.bin"
 
+SIMULATOR = "the Oxlade simulator"  # it says so itself, in each run
+
+
+def refuse_without_simulator(bundle: Path) -> None:
+    """Whoever drives a bundle by itself flashes without asking anybody."""
+    helper = bundle / "Contents" / "MacOS" / HELPER
+    if SIMULATOR.encode() not in helper.read_bytes():
+        raise SystemExit(f"{helper} is not the simulated sampler: nothing was started.")
+
 
 class Bundle:
     """A copy that a test may damage; none of its processes is anyone else's."""
 
     def __init__(self, original: Path, folder: Path) -> None:
+        refuse_without_simulator(original)
         self.root = folder / "Oxlade.app"
         shutil.copytree(original, self.root, copy_function=_link_or_copy)
 
@@ -65,7 +75,7 @@ class Bundle:
         """A shell script in the helper's place; the helper itself is "$helper" in it."""
         real = self.programs / "real-helper"
         self.helper.rename(real)
-        self.helper.write_text(f"#!/bin/sh\nhelper={shlex.quote(str(real))}\n{commands}\n",
+        self.helper.write_text(f"#!/bin/sh\n# {SIMULATOR}\nhelper={shlex.quote(str(real))}\n{commands}\n",
                                encoding="utf-8")
         self.helper.chmod(0o755)
 

@@ -47,6 +47,8 @@ def _become(main: Callable[[], int]) -> None:
     try:
         status = main()
     except SystemExit as end:
+        if isinstance(end.code, str):
+            print(end.code, file=sys.stderr)
         status = end.code if isinstance(end.code, int) else int(end.code is not None)
     except KeyboardInterrupt:
         status = 130
