@@ -37,8 +37,8 @@ ensure_packages() {
     rm -f "$log"
 }
 
-# configure PRESET: only where that was not done yet; a build notices by itself
-# when it has to be done again.
+# configure PRESET: only where that was not done yet. A build notices by itself when it
+# has to be done again, but for another content of the presets.
 configure() {
-    [ -f "build/$1/build.ninja" ] || cmake --preset "$1" >/dev/null
+    [ "build/$1/build.ninja" -nt CMakePresets.json ] || cmake --preset "$1" >/dev/null
 }

@@ -1,0 +1,188 @@
+#!/usr/bin/python3
+"""Takes a picture of every state of the window, in both languages, light and dark,
+and puts them all on one sheet.
+
+    scripts/tour [--scale N] [--readme] [BUNDLE OUTPUT]
+
+BUNDLE is build/run/Oxlade.app unless said otherwise, OUTPUT build/tour. With
+--scale 2 each point has four pixels. With --readme, the pictures that README.md
+shows are made anew, and nothing else.
+"""
+import argparse
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+root = Path(__file__).resolve().parent.parent
+sys.path.insert(0, str(root / "tests" / "e2e"))
+from driver.supervisor import supervised  # noqa: E402
+from driver.texts import EN, RU  # noqa: E402
+
+STATES = ["start", "checking", "ready", "confirm", "erasing", "writing", "done-alert", "done",
+          "failed-alert", "failed", "no-image", "check-failed", "invalid-image", "chooser"]
+VARIANTS = [(language, scheme) for language in ("en", "ru") for scheme in ("light", "dark")]
+# Room for the window and the window manager's frame around it.
+WIDTH, HEIGHT = 800, 700
+
+
+class Tour:
+    """All states in one language and one appearance."""
+
+    def __init__(self, bundle: Path, output: Path, language: str, scheme: str, scale: int) -> None:
+        self.original, self.output, self.scale = bundle, output, scale
+        self.language, self.scheme = language, scheme
+        self.texts = RU if language == "ru" else EN
+
+    def file(self, state: str) -> Path:
+        return self.output / f"{state}-{self.language}-{self.scheme}.png"
+
+    def take(self, states: list[str]) -> None:
+        from driver.portal import DARK, LIGHT, Portal
+        from driver.world import World
+        with World(screen=f"{WIDTH * self.scale}x{HEIGHT * self.scale}",
+                   window_manager=True) as world:
+            # As a choice that was made in an earlier run; no locale has to be there.
+            stored = world.config / "Oxlade" / "Oxlade.conf"
+            stored.parent.mkdir()
+            stored.write_text(f"[General]\nInterfaceLanguage={self.language}\n", encoding="utf-8")
+            Portal(world, DARK if self.scheme == "dark" else LIGHT)
+            self.world, self.wanted = world, states
+            self.a_good_run()
+            if {"failed-alert", "failed"} & set(states):
+                self.a_failed_run()
+            if {"no-image", "check-failed", "invalid-image", "chooser"} & set(states):
+                self.nothing_there()
+
+    def start(self, behaviour: str, sampler, without_image: bool = False):
+        from driver.program import Bundle, Program
+        bundle = Bundle(self.original, self.world.folder / sampler.flash_file.parent.name)
+        if without_image:
+            bundle.image.unlink()
+        program = Program(self.world, bundle, behaviour, self.texts, sampler=sampler,
+                          environment={"QT_SCALE_FACTOR": str(self.scale)})
+        self.window = program.window()
+        program.screen.point_away()
+        program.wait(lambda: self.is_dressed(program), f"the window painted {self.scheme}")
+        return program
+
+    def sampler(self, name: str):
+        from driver.program import Sampler
+        folder = self.world.path(name)
+        folder.mkdir()
+        return Sampler(folder)
+
+    def is_dressed(self, program) -> bool:
+        if not program.screen.is_painted(self.window):
+            return False
+        brightness = program.screen.brightness(self.window)
+        return brightness is not None and (brightness < 0.5) == (self.scheme == "dark")
+
+    def picture(self, program, state: str) -> None:
+        if state not in self.wanted:
+            return
+        program.screen.settled_picture(self.file(state), self.window)
+        print(self.file(state), flush=True)
+
+    def a_good_run(self) -> None:
+        sampler, texts = self.sampler("good"), self.texts
+        behaviour = "speed=20," + sampler.at("first-line", "erase:62", "write:47")
+        with self.start(behaviour, sampler) as program:
+            self.picture(program, "start")
+            program.press(texts.check)
+            sampler.wait_at("first-line")
+            self.picture(program, "checking")
+            sampler.open("first-line")
+            program.wait(lambda: program.is_enabled(texts.flash), "the device ready")
+            self.picture(program, "ready")
+            program.press(texts.flash)
+            program.alert(texts.confirm)
+            self.picture(program, "confirm")
+            program.answer(texts.confirm, texts.confirm_ok)
+            began = time.monotonic()
+            program.wait_for("62%")
+            self.picture(program, "erasing")
+            sampler.open("erase:62")
+            program.wait_for("47%")
+            # The figure takes this long to have said it all.
+            program.wait(lambda: time.monotonic() > began + 2, "the whole balloon")
+            self.picture(program, "writing")
+            sampler.open("write:47")
+            program.alert(texts.done)
+            self.picture(program, "done-alert")
+            program.dismiss(texts.done)
+            self.picture(program, "done")
+
+    def a_failed_run(self) -> None:
+        with self.start("speed=max,fail-write=63", self.sampler("failing")) as program:
+            program.check()
+            program.start_flashing()
+            program.alert(self.texts.flash_failed)
+            self.picture(program, "failed-alert")
+            program.dismiss(self.texts.flash_failed)
+            self.picture(program, "failed")
+
+    def nothing_there(self) -> None:
+        sampler = self.sampler("missing")
+        with self.start("speed=max,no-device", sampler, without_image=True) as program:
+            self.picture(program, "no-image")
+            program.press(self.texts.check)
+            program.wait_for(self.texts.failed)
+            self.picture(program, "check-failed")
+            invalid = self.world.path("home") / "holiday.bin"
+            invalid.write_bytes(bytes(4_000_000))
+            program.choose(str(invalid))
+            program.alert(self.texts.invalid)
+            self.picture(program, "invalid-image")
+            program.dismiss(self.texts.invalid)
+            program.press(self.texts.choose)
+            program.wait(program.dialogs, "the chooser")
+            self.picture(program, "chooser")
+
+
+def sheet(output: Path, scale: int) -> Path:
+    """All pictures on one, a state in each row, at half the window's size."""
+    file = output / "sheet.png"
+    pictures: list[str] = []
+    for state in STATES:
+        for language, scheme in VARIANTS:
+            pictures += ["-label", f"{state}, {language}, {scheme}",
+                         str(output / f"{state}-{language}-{scheme}.png")]
+    subprocess.run(["montage", *pictures, "-tile", f"{len(VARIANTS)}x", "-pointsize", "13",
+                    "-geometry", f"{50 // scale}%x+10+6", "-background", "#8a8a90", str(file)],
+                   check=True)
+    return file
+
+
+def for_readme(bundle: Path, scale: int) -> None:
+    """Small enough to be kept with the sources."""
+    output = root / "docs" / "pictures"
+    for language, scheme, states in (("en", "light", ["confirm", "writing"]),
+                                     ("ru", "dark", ["done"])):
+        tour = Tour(bundle, output, language, scheme, scale)
+        tour.take(states)
+        files = [str(tour.file(state)) for state in states]
+        subprocess.run(["mogrify", "-strip", "+dither", "-colors", "128", "-define",
+                        "png:compression-level=9", *files], check=True)
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(usage=(__doc__ or "").split("\n\n")[1].strip())
+    parser.add_argument("--scale", type=int, choices=(1, 2), default=1)
+    parser.add_argument("--readme", action="store_true")
+    parser.add_argument("bundle", nargs="?", type=Path, default=root / "build/run/Oxlade.app")
+    parser.add_argument("output", nargs="?", type=Path, default=root / "build/tour")
+    options = parser.parse_args()
+    if not options.bundle.is_dir():
+        print(f"There is no bundle {options.bundle}.", file=sys.stderr)
+        return 2
+    if options.readme:
+        for_readme(options.bundle.resolve(), options.scale)
+        return 0
+    for language, scheme in VARIANTS:
+        Tour(options.bundle.resolve(), options.output, language, scheme, options.scale).take(STATES)
+    print(sheet(options.output, options.scale))
+    return 0
+
+
+sys.exit(supervised(main))
