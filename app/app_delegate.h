@@ -33,21 +33,32 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     AppDelegate(System system, UserInterface& userInterface, std::string website);
 
     // What the application calls.
+    /// Builds the window, selects the shipped image and shows the window. Once, and
+    /// before all below but for installMainMenu, openWebsite, loaderPath,
+    /// bundledFirmwarePath and the plain state: the others act on the window's controls.
     void applicationDidFinishLaunching();
     bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
     /// Builds the whole menu bar anew in the current language and installs it.
     void installMainMenu();
 
     // What the controls call.
+    /// Asks the helper about the device; ignored while a run is going on.
     void checkDevice();
+    /// Asks the user, then flashes firmwarePath; ignored without an image or while a
+    /// run is going on. Whether the device is ready is the button's matter.
     void installFirmware();
+    /// Selects the shipped image; ignored where the bundle has none.
     void useBundledFirmware();
+    /// Lets the user pick an image; nothing changes when that is cancelled.
     void chooseFirmware();
+    /// Takes over what the language control shows, stores it, and says everything
+    /// anew in that language but for the log.
     void languageChanged();
     void openWebsite();
 
     // The rules.
-    /// Stores both, then refreshes all texts. A negative percentage: none is shown.
+    /// Stores both, then refreshes all texts. An unknown key is shown as it is. A
+    /// negative percentage: none is shown; one over 100 is shown as it is.
     void setOperation(std::string_view key, std::int32_t percent);
     /// Derives the enabled flags of the four action buttons from the state.
     void updateButtons();

@@ -55,7 +55,8 @@ class SegmentedControl {
 class ProgressIndicator {
   public:
     virtual ~ProgressIndicator() = default;
-    /// 0 to 100, fractions included; values outside are shown as the nearer end.
+    /// 0 to 100, fractions included; values outside are shown as the nearer end, and
+    /// what is no number as 0.
     virtual void setDoubleValue(double value) = 0;
 };
 

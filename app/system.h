@@ -1,5 +1,5 @@
 // What the controller needs of the system, as small interfaces. The real ones
-// are in platform/, those of the tests record.
+// are in platform/, the dialogs' in ui/; those of the tests record.
 //
 // Main thread unless a line says otherwise. Paths and texts are UTF-8 (a path:
 // the bytes that the system knows the file by). Nothing here throws.
@@ -38,19 +38,23 @@ class HelperProcess {
     virtual ~HelperProcess() = default;
 
     /// The callback for output; an empty one removes it. Both callbacks are
-    /// called on one background thread, never at the same time. May be called
-    /// from any thread, also from within a callback.
+    /// called on one background thread, never at the same time. May be set from any
+    /// thread, also from within a callback; as the termination handler may.
     virtual void setReadabilityHandler(ReadabilityHandler handler) = 0;
     /// Called once after the helper has exited and after all that it had written
     /// by then has gone through the readability handler. What a child of the
     /// helper still writes is not waited for.
     virtual void setTerminationHandler(TerminationHandler handler) = 0;
-    /// Starts the helper with its standard output and error joined on one pipe,
-    /// everything else as the program has it. Nothing on success, else the
-    /// system's description of the error; no callback is called then.
+    /// Starts the helper, once: with its standard output and error joined on one
+    /// pipe; in a session of its own, so that no terminal and no end of ours reaches
+    /// it; with default signals, but a broken pipe ignored; with no other descriptor
+    /// of ours; with our standard input, working directory and environment. Nothing
+    /// on success, else the system's description of the error; no callback is called
+    /// then.
     virtual std::optional<std::string> launch() = 0;
-    /// The exit status; of a helper that died by a signal, the signal's number.
-    /// Meaningful from the termination callback on. Any thread.
+    /// The exit status; of a helper that died by a signal, the signal's number; -1
+    /// when the system does not tell. Meaningful from the termination callback on,
+    /// 0 before. Any thread.
     virtual std::int32_t terminationStatus() const = 0;
 };
 

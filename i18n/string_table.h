@@ -11,7 +11,7 @@
 namespace oxlade {
 
 /// The language of the interface, the index into each entry's texts: 0 English,
-/// 1 Russian, nothing else. Written on the main thread only.
+/// 1 Russian, and never anything else: nobody checks it. Main thread.
 extern std::int64_t CurrentLanguage;
 
 struct Translation {
@@ -21,7 +21,7 @@ struct Translation {
 
 inline constexpr std::size_t translationCount = 47;
 
-/// The whole table, sorted by key; constant.
+/// The whole table, sorted by key; constant. Any thread.
 std::span<const Translation, translationCount> translations();
 
 /// The key's text in the current language, read at each call. An unknown key
@@ -30,7 +30,8 @@ std::span<const Translation, translationCount> translations();
 std::string_view L(std::string_view key);
 
 /// The template with its one placeholder, %@ or %d, replaced by `value`. Text
-/// in `value` that looks like a placeholder stays as it is.
+/// in `value` that looks like a placeholder stays as it is; so does a template
+/// without one. Any thread.
 std::string filled(std::string_view textTemplate, std::string_view value);
 
 } // namespace oxlade

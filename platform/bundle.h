@@ -1,4 +1,4 @@
-// The program's own bundle, found from where its executable stands.
+// The program's own bundle, found from where its executable stands. Main thread.
 #pragma once
 
 #include "app/system.h"

@@ -1,7 +1,8 @@
 // File descriptors that close themselves.
 //
 // All that are made here are close-on-exec and numbered 3 or above, so that a
-// program that was started without standard streams never mixes them up.
+// program that was started without standard streams never mixes them up. Any thread,
+// each descriptor on one at a time.
 #pragma once
 
 #include <optional>

@@ -2,7 +2,8 @@
 //
 // Two detached threads serve a run. One waits for the process, the other reads
 // the pipe, calls both callbacks, and so decides their order. They own the run's
-// state and touch nothing else of the program's: it may end while they wait.
+// state and touch nothing else of the program's: it may end while they wait. (One
+// more waits for the keeper's end, and one for the login manager's answer.)
 #pragma once
 
 #include "app/system.h"

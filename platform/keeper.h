@@ -3,6 +3,8 @@
 // It holds the read end of the helper's pipe without reading, and when we are gone
 // in mid-run, for whatever reason, it reads on in our place until the helper has
 // ended, so that no helper ever fails for want of a reader.
+//
+// Any thread, one at a time. Nothing here fails: a run goes on without its keeper.
 #pragma once
 
 #include "platform/descriptor.h"
@@ -27,7 +29,7 @@ class Keeper final {
     void watch(pid_t helper);
     /// Gives it a copy of the descriptor to hold for as long as it lives.
     void hold(const Descriptor& descriptor);
-    /// It goes at once.
+    /// It goes at once; from now on all that it is asked to do fails quietly.
     void runIsOver();
 
   private:

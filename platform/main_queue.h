@@ -31,7 +31,7 @@ class PosixMainQueue final : public MainQueue {
     /// Main thread. Runs whole jobs, oldest first, until none is left or the
     /// time is up; at least one, if there is one. A job may call it again.
     void run(std::chrono::milliseconds slice);
-    /// Drops what is waiting, and all that is posted from now on.
+    /// Any thread. Drops what is waiting, and all that is posted from now on.
     void close();
 
   private:

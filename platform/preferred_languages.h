@@ -1,4 +1,4 @@
-// The languages that the user reads, as the system knows them.
+// The languages that the user reads, as the system knows them. Main thread.
 #pragma once
 
 #include <string>

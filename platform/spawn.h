@@ -1,4 +1,4 @@
-// Starting another program.
+// Starting another program. Any thread.
 #pragma once
 
 #include "platform/descriptor.h"

@@ -1,4 +1,5 @@
-// The one place where text changes its form between UTF-8 and the toolkit's.
+// The one place where text changes its form between UTF-8 and the toolkit's. Any
+// thread.
 #pragma once
 
 #include <QString>

@@ -1,4 +1,4 @@
-// The picture beside an alert's text.
+// The picture beside an alert's text. Main thread.
 #pragma once
 
 #include "app/system.h"

@@ -20,7 +20,8 @@ class QtDialogs final : public Dialogs {
 
     bool runAlert(const Alert& alert) override;
     /// Starts in the folder of the last choice, at first in the user's home. Where the
-    /// desktop has no chooser, the toolkit's own speaks the current language.
+    /// desktop has no chooser, the toolkit's own speaks the current language, English
+    /// where the toolkit's translations are not installed.
     std::optional<std::string> runOpenPanel(const OpenPanel& panel) override;
 
   private:

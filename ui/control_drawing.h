@@ -1,4 +1,4 @@
-// Shapes and colours that the drawn controls share.
+// Shapes and colours that the drawn controls share. Main thread.
 #pragma once
 
 #include <QColor>

@@ -1,5 +1,5 @@
 // Whether a control shows that it has the keyboard: only to those who put it
-// there by the keyboard.
+// there by the keyboard. Main thread.
 #pragma once
 
 #include <QFocusEvent>

@@ -1,5 +1,5 @@
 // The fonts of the window. Sizes are layout points, which are logical pixels: a
-// size in typographic points would grow with the display's resolution.
+// size in typographic points would grow with the display's resolution. Main thread.
 #pragma once
 
 #include <QFont>

@@ -1,4 +1,4 @@
-// The desktop's style, without the work for what this window never shows.
+// The desktop's style, without the work for what this window never shows. Main thread.
 #pragma once
 
 namespace oxlade {

@@ -1,5 +1,6 @@
 // A key that presses buttons (Return, Enter, Space) and is held down answers only
 // once. Without this one long press could ask for an operation and confirm it.
+// Main thread.
 #pragma once
 
 #include <QObject>

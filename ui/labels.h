@@ -1,4 +1,4 @@
-// The labels that the controller sets.
+// The labels that the controller sets. Main thread.
 #pragma once
 
 #include "app/controls.h"
@@ -10,7 +10,8 @@ class TextLabel final : public TextField, public Label {
   public:
     using TextField::TextField;
     void setStringValue(std::string_view text) override;
-    /// From now on the widget has this label's text as its accessible name.
+    /// From now on the widget, which outlives the label's last text, has that text as
+    /// its accessible name.
     void nameWidget(QWidget& widget) { named_ = &widget; }
 
   private:

@@ -1,4 +1,5 @@
 // What keys do in a text that is only read: they move the view, not a caret.
+// Main thread.
 #pragma once
 
 class QKeyEvent;

@@ -2,6 +2,8 @@
 //
 // The text stays as it was given. Only the view breaks very long lines, so its
 // positions run ahead of the text's by one for each such break before them.
+// Lengths and positions are counted in UTF-16 units; one outside of the text counts
+// as its nearer end.
 #pragma once
 
 #include <QString>

@@ -4,6 +4,7 @@
 // Adding is cheap however often it happens: the text is taken at once, but a flood
 // goes into the view in slices that leave the event loop time to paint and to take
 // clicks. Nothing is ever dropped, and nothing ever waits for the rest.
+// Main thread.
 #pragma once
 
 #include "app/controls.h"
@@ -32,7 +33,8 @@ class LogTextView final : public QPlainTextEdit, public LogView {
     /// Whether it is to be seen that the log has the keyboard.
     bool showsFocus() const { return focusRing_.isShownOn(*this); }
 
-    /// A selection in positions of string(), from its fixed end to the caret.
+    /// A selection in positions of string(), from its fixed end to the caret. One
+    /// outside of the text counts as its nearer end.
     struct Selection {
         qsizetype anchor, caret;
     };

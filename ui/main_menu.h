@@ -1,4 +1,4 @@
-// The menu bar, made from its description.
+// The menu bar, made from its description. Main thread.
 //
 // Copy and Select All act on the log, and are enabled while it has the keyboard.
 // A menu that is opened by keyboard takes the keyboard itself: then the control

@@ -1,5 +1,5 @@
 // The one window: its frame, its menu bar, and what keys and the mouse do in it
-// beyond the controls.
+// beyond the controls. Main thread.
 #pragma once
 
 #include "ui/main_menu.h"

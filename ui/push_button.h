@@ -1,5 +1,5 @@
 // The window's buttons, drawn by ourselves: a rounded push button, and a text that
-// opens a page.
+// opens a page. Main thread.
 #pragma once
 
 #include "app/controls.h"

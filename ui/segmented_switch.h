@@ -1,4 +1,5 @@
 // One of a few, side by side in a rounded trough: the chosen one is raised.
+// Main thread.
 #pragma once
 
 #include "app/controls.h"

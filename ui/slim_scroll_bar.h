@@ -1,4 +1,4 @@
-// A scroller that is no more than its thumb.
+// A scroller that is no more than its thumb. Main thread.
 #pragma once
 
 #include <QScrollBar>

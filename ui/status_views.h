@@ -1,5 +1,5 @@
 // The views that only show something: the status light, the progress bar, and the
-// panels that they stand on.
+// panels that they stand on. Main thread.
 #pragma once
 
 #include "app/controls.h"
@@ -32,7 +32,8 @@ class ProgressBar final : public QWidget, public ProgressIndicator {
 
     void setDoubleValue(double value) override;
     double doubleValue() const { return value_; }
-    /// The text that says what the progress is of, for a screen reader.
+    /// The text that says what the progress is of, for a screen reader; it outlives
+    /// the bar.
     void setDescribedBy(const TextField& field) { described_ = &field; }
     QString description() const;
 

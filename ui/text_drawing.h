@@ -1,4 +1,4 @@
-// Text put on a line the way the window wants it.
+// Text put on a line the way the window wants it. Main thread.
 #pragma once
 
 #include <QFontMetrics>
@@ -23,7 +23,7 @@ void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::A
 /// counts does not tremble.
 void drawSteadyLine(QPainter& painter, const QRectF& frame, const QString& text,
                     Qt::Alignment alignment);
-/// The width that drawSteadyLine takes.
+/// The width that drawSteadyLine takes, in points.
 int steadyWidth(const QString& text, const QFontMetrics& metrics);
 
 } // namespace oxlade

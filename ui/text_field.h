@@ -1,7 +1,7 @@
 // One plain text of the window, drawn into a fixed frame: what a label shows.
 //
 // Never edited, selected, clicked or read as markup. A text that is too long is
-// shortened as its style says; it never changes the frame.
+// shortened as its style says; it never changes the frame. Main thread.
 #pragma once
 
 #include "ui/semantic_color.h"
@@ -40,7 +40,8 @@ class TextField : public QWidget {
     const QString& text() const { return text_; }
     /// The lines as they are drawn, shortened.
     QStringList displayedLines() const;
-    /// The height, from the top, of the line's baseline.
+    /// From the top to the baseline of the line, in points; `row` is one of
+    /// displayedLines.
     int baselineOfRow(int row) const;
     /// As wide as the text, one line high.
     QSize sizeHint() const override;

@@ -1,4 +1,4 @@
-// Everything that stands in the window, built once.
+// Everything that stands in the window, built once. Main thread.
 #pragma once
 
 #include "ui/labels.h"
@@ -21,6 +21,7 @@ struct WindowActions {
         languageChanged, openWebsite;
 };
 
+/// In points.
 inline constexpr QSize contentSize{760, 620};
 
 /// The window's content: the controls by their names, which are also their object

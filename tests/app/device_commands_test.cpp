@@ -65,9 +65,9 @@ TEST_F(DeviceCommands, ThePathIsReadAgainAfterTheConfirmation) {
 
 TEST_F(DeviceCommands, AnArgumentIsTakenWhateverItContains) {
     startReady();
-    delegate->setFirmwarePath("/tmp/\"q\" $(x)\t'.bin");
+    delegate->setFirmwarePath("/images/\"q\" $(x)\t'.bin");
     delegate->installFirmware();
-    EXPECT_NE(trace.take().find("[/tmp/\"q\" $(x)\t'.bin]"), std::string::npos);
+    EXPECT_NE(trace.take().find("[/images/\"q\" $(x)\t'.bin]"), std::string::npos);
 }
 
 } // namespace oxlade::test

@@ -164,9 +164,9 @@ TEST(ToolTip, FollowsTheSelection) {
     program.start();
     const QWidget& label = *program.content().firmwareLabel;
     EXPECT_EQ(asShown(label.toolTip()).toStdString(), bundledImage);
-    program.files.files["/tmp/<i>os</i>.bin"] = {validImage(), false};
-    program.delegate->selectFirmwareAtPath("/tmp/<i>os</i>.bin");
-    EXPECT_EQ(asShown(label.toolTip()), QStringLiteral("/tmp/<i>os</i>.bin"));
+    program.files.files["/images/<i>os</i>.bin"] = {validImage(), false};
+    program.delegate->selectFirmwareAtPath("/images/<i>os</i>.bin");
+    EXPECT_EQ(asShown(label.toolTip()), QStringLiteral("/images/<i>os</i>.bin"));
     program.delegate->setFirmwarePath({});
     program.delegate->refreshTexts();
     EXPECT_EQ(asShown(label.toolTip()), program.content().firmwareLabel->text());

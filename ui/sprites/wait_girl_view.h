@@ -1,5 +1,6 @@
 // The picture panel: a dark frame, a pale screen, and on it the figure in whole
 // pixels. It moves only while something runs; at other times no timer exists.
+// Main thread.
 #pragma once
 
 #include "app/controls.h"
