@@ -14,6 +14,8 @@ place("${KEEPER}" "${MACOS}" oxlade-keeper)
 file(MAKE_DIRECTORY "${RESOURCES}")
 if(IMAGE)
   place("${IMAGE}" "${RESOURCES}" mpcv171.bin)
+  # Every user reads it, however the packager keeps it.
+  file(CHMOD "${RESOURCES}/mpcv171.bin" PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 else()
   file(REMOVE "${RESOURCES}/mpcv171.bin")
 endif()

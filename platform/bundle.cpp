@@ -66,10 +66,13 @@ std::string bundleVersion(QByteArrayView propertyList) {
 ApplicationBundle::ApplicationBundle(std::string directory) {
     constexpr std::string_view inBundle = "/Contents/MacOS";
     path_ = contents_ = resources_ = std::move(directory);
-    if (!std::string_view(path_).ends_with(inBundle)) return;
-    path_.resize(path_.size() - inBundle.size());
-    contents_ = path_ + "/Contents";
-    resources_ = contents_ + "/Resources";
+    if (std::string_view(path_).ends_with(inBundle)) {
+        path_.resize(path_.size() - inBundle.size());
+        contents_ = path_ + "/Contents";
+        resources_ = contents_ + "/Resources";
+    }
+    // Else a helper would be looked for wherever the program was started.
+    if (path_.empty()) path_ = '/';
 }
 
 std::optional<std::string> ApplicationBundle::pathForResource(std::string_view name,

@@ -40,10 +40,6 @@ class ProgressAccess final : public QAccessibleWidget, public QAccessibleValueIn
             return static_cast<QAccessibleValueInterface*>(this);
         return QAccessibleWidget::interface_cast(type);
     }
-    QString text(QAccessible::Text kind) const override {
-        if (kind == QAccessible::Name) return bar_.description();
-        return QAccessibleWidget::text(kind);
-    }
     QAccessible::State state() const override {
         QAccessible::State result = QAccessibleWidget::state();
         result.readOnly = true;

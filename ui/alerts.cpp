@@ -34,6 +34,7 @@ QPushButton* addButtons(QMessageBox& box, std::vector<std::string> titles) {
     for (const std::string& title : titles) {
         last = new PushButton{ButtonSize::regular, &box};
         last->setTitle(title);
+        last->setAutoDefault(true); // Return presses the one that has the keyboard
         box.addButton(last, first == nullptr ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
         if (first == nullptr) first = last;
     }

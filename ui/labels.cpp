@@ -2,6 +2,8 @@
 
 #include "platform/text.h"
 
+#include <QAccessible>
+
 namespace oxlade {
 
 void TextLabel::setStringValue(std::string_view text) {
@@ -13,6 +15,8 @@ void FileTextLabel::setToolTip(std::string_view text) {
     toolTipUtf8_ = text;
     plainToolTip_ = toQString(text);
     QWidget::setToolTip(toolTipMarkup(plainToolTip_));
+    QAccessibleEvent event{this, QAccessible::DescriptionChanged};
+    QAccessible::updateAccessibility(&event);
 }
 
 QString toolTipMarkup(const QString& plain) {

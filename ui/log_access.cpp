@@ -12,10 +12,6 @@
 namespace oxlade {
 namespace {
 
-/// A text ends at its first NUL for whoever reads it over the bus, so that one shows as
-/// its picture there: as many characters, and nothing hidden behind it.
-QString readable(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
-
 /// A part of the text, from `from` up to, not including, `to`.
 struct Span {
     qsizetype from = 0, to = 0;
@@ -167,6 +163,8 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
 };
 
 } // namespace
+
+QString readable(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
 
 QAccessibleInterface* makeLogAccess(LogTextView& log) { return new LogAccess{log}; }
 

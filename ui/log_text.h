@@ -14,7 +14,7 @@ namespace oxlade {
 
 class LogText final {
   public:
-    /// A line longer than this is broken in the view.
+    /// A block longer than this is broken in the view, within a line if need be.
     static constexpr qsizetype longestBlock = 4000;
     /// A block this long takes no further line when lines are packed.
     static constexpr qsizetype fullBlock = 2000;

@@ -2,6 +2,7 @@
 
 #include "platform/text.h"
 #include "ui/fonts.h"
+#include "ui/log_access.h"
 #include "ui/slim_scroll_bar.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -10,6 +11,7 @@
 #include <QSignalBlocker>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -144,7 +146,8 @@ void LogTextView::scrollToEnd() {
 
 void LogTextView::announce() {
     if (QAccessible::isActive() && announced_ < log_.text().size()) {
-        QAccessibleTextInsertEvent event{this, int(announced_), log_.text().mid(announced_)};
+        QAccessibleTextInsertEvent event{this, int(announced_),
+                                         readable(log_.text().mid(announced_))};
         QAccessible::updateAccessibility(&event);
     }
     announced_ = log_.text().size();
@@ -157,6 +160,12 @@ void LogTextView::paintEvent(QPaintEvent* event) {
 
 /// The toolkit's own menu would speak another language than the window.
 void LogTextView::contextMenuEvent(QContextMenuEvent* event) { event->accept(); }
+
+/// With Ctrl the toolkit would change the size of the text.
+void LogTextView::wheelEvent(QWheelEvent* event) {
+    if (event->modifiers().testFlag(Qt::ControlModifier)) return event->ignore();
+    QPlainTextEdit::wheelEvent(event);
+}
 
 void LogTextView::resizeEvent(QResizeEvent* event) {
     QPlainTextEdit::resizeEvent(event);

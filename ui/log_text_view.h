@@ -55,6 +55,7 @@ class LogTextView final : public QPlainTextEdit, public LogView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     QMimeData* createMimeDataFromSelection() const override;
 
   private:

@@ -56,6 +56,8 @@ void MainMenu::install(const MenuTree& tree) {
     }
     // The window deletes the bar that it had.
     window_.setMenuBar(bar);
+    // At once: without a bar to be seen the window would shrink and grow again.
+    if (window_.isVisible()) bar->show();
     bar_ = bar;
     enableEditing();
 }

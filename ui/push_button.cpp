@@ -47,8 +47,9 @@ void PushButton::setEnabled(bool enabled) {
     if (enabled == isEnabled()) return;
     // Asked of the window, which knows it also while another one, an alert, is active.
     if (!enabled) lostFocus_ = window()->focusWidget() == this;
-    QPushButton::setEnabled(enabled);
+    // Before: it would pass through the next control, which a screen reader would name.
     if (!enabled && lostFocus_) window()->setFocus();
+    QPushButton::setEnabled(enabled);
     const QWidget* holder = window()->focusWidget();
     const bool nobodyHolds = holder == nullptr || holder == window();
     if (enabled && lostFocus_ && nobodyHolds) setFocus(Qt::OtherFocusReason);

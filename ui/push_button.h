@@ -25,7 +25,6 @@ class PushButton final : public QPushButton, public Button {
     void setEnabled(bool enabled) override;
     /// The filled look of the button that Return presses.
     void setFilled(bool filled);
-    bool isFilled() const { return filled_; }
     /// The drawn shape within the widget.
     QRect shape() const;
 

@@ -30,7 +30,8 @@ struct WindowContext {
 
 class QtUserInterface final : public UserInterface {
   public:
-    /// Takes over the application's palette, font and auto-repeated Return keys.
+    /// Takes over the application's style, palette, font and the held keys that press
+    /// buttons.
     explicit QtUserInterface(WindowContext context);
     ~QtUserInterface() override;
 

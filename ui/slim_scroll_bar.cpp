@@ -61,6 +61,8 @@ class ThumbStyle final : public QProxyStyle {
 SlimScrollBar::SlimScrollBar(QWidget* parent) : QScrollBar{Qt::Vertical, parent} {
     setAttribute(Qt::WA_Hover);
     setAttribute(Qt::WA_OpaquePaintEvent, false);
+    // The toolkit's own menu would speak another language than the window.
+    setContextMenuPolicy(Qt::PreventContextMenu);
     auto* style = new ThumbStyle;
     style->setParent(this);
     setStyle(style);

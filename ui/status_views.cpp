@@ -2,7 +2,6 @@
 
 #include "ui/control_drawing.h"
 #include "ui/palette.h"
-#include "ui/text_field.h"
 
 #include <QAccessible>
 #include <QPainter>
@@ -36,10 +35,6 @@ void ProgressBar::setDoubleValue(double value) {
     if (!heard) return;
     QAccessibleValueChangeEvent event{this, value_};
     QAccessible::updateAccessibility(&event);
-}
-
-QString ProgressBar::description() const {
-    return described_ == nullptr ? QString{} : described_->text();
 }
 
 void ProgressBar::paintEvent(QPaintEvent*) {

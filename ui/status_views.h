@@ -8,8 +8,6 @@
 
 namespace oxlade {
 
-class TextField;
-
 /// A filled circle. It takes its colour's value from the palette at each paint.
 class StatusLight final : public QWidget, public StatusDot {
   public:
@@ -32,17 +30,12 @@ class ProgressBar final : public QWidget, public ProgressIndicator {
 
     void setDoubleValue(double value) override;
     double doubleValue() const { return value_; }
-    /// The text that says what the progress is of, for a screen reader; it outlives
-    /// the bar.
-    void setDescribedBy(const TextField& field) { described_ = &field; }
-    QString description() const;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
     double value_ = minimum;
-    const TextField* described_ = nullptr;
 };
 
 /// A softly bordered panel.

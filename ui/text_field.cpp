@@ -23,7 +23,7 @@ bool TextField::setText(std::string_view text) {
     utf8_ = text;
     text_ = toQString(text);
     update();
-    if (style_.announced) {
+    if (!style_.quiet) {
         QAccessibleEvent event{this, QAccessible::NameChanged};
         QAccessible::updateAccessibility(&event);
     }

@@ -29,7 +29,7 @@ struct TextStyle {
     Truncation truncation = Truncation::tail;
     Qt::Alignment alignment = Qt::AlignLeft;
     bool monospacedDigits = false; ///< every digit as wide as the widest
-    bool announced = false;        ///< a screen reader is told of each new text
+    bool quiet = false;            ///< screen readers are not told of each new text
 };
 
 class TextField : public QWidget {

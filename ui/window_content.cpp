@@ -88,7 +88,7 @@ void WindowContent::buildDeviceCard(const WindowActions& actions) {
     deviceCaptionLabel->nameWidget(card);
     deviceStatusDot = placed(new StatusLight{&card}, "deviceStatusDot", {17, 55, 10, 10});
     deviceStatusLabel = label(card, "deviceStatusLabel", {34, 50, 270, 20},
-                              {.pixels = 14, .weight = QFont::DemiBold, .announced = true});
+                              {.pixels = 14, .weight = QFont::DemiBold});
     deviceDetailLabel = label(card, "deviceDetailLabel", {16, 12, 290, 32},
                               {.pixels = 12,
                                .color = SemanticColor::secondaryLabelColor,
@@ -110,14 +110,14 @@ void WindowContent::buildFirmwareCard(const WindowActions& actions) {
 void WindowContent::buildProgressCard(const WindowActions& actions) {
     progressCard = placed(new CardView{this}, "progressCard", {24, 232, 712, 84});
     QWidget& card = *progressCard;
-    operationLabel = label(card, "operationLabel", {16, 52, 440, 18},
-                           {.weight = QFont::Medium, .announced = true});
+    operationLabel = label(card, "operationLabel", {16, 52, 440, 18}, {.weight = QFont::Medium});
     percentLabel = label(card, "percentLabel", {456, 52, 80, 18},
                          {.color = SemanticColor::secondaryLabelColor,
                           .alignment = Qt::AlignRight,
-                          .monospacedDigits = true});
+                          .monospacedDigits = true,
+                          .quiet = true}); // the bar says it
     progress = placed(new ProgressBar{&card}, "progress", {16, 22, 520, 20});
-    progress->setDescribedBy(*operationLabel);
+    operationLabel->nameWidget(*progress);
     installButton = button(card, "installButton", {552, 22, 148, 40}, actions.installFirmware,
                            ButtonSize::large);
     installButton->setFilled(true);

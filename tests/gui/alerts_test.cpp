@@ -60,6 +60,19 @@ TEST_F(AlertTest, ReturnAnswersTheFirstButtonAndEscapeTheLast) {
     EXPECT_FALSE(answerWith(Qt::Key_Escape));
 }
 
+TEST_F(AlertTest, ReturnAnswersTheButtonThatHasTheKeyboard) {
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        for (const int way : {Qt::Key_Tab, Qt::Key_Right}) {
+            whenShown<QMessageBox>([&](QMessageBox& box) {
+                press(box, way);
+                EXPECT_TRUE(box.buttons().at(1)->hasFocus());
+                press(box, key);
+            });
+            EXPECT_FALSE(dialogs.runAlert(question)) << key << ' ' << way;
+        }
+    }
+}
+
 TEST_F(AlertTest, ClosingItIsNotTheFirstButton) {
     whenShown<QMessageBox>([](QMessageBox& box) { box.close(); });
     EXPECT_FALSE(dialogs.runAlert(question));

@@ -7,6 +7,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <string>
+#include <vector>
 
 namespace oxlade::test {
 namespace {
@@ -53,6 +55,18 @@ TEST_F(FocusTest, EveryControlShowsItWithARing) {
         const int added = count(with, ring) - count(without, ring);
         EXPECT_GT(added, control->width()) << control->objectName().toStdString();
     }
+}
+
+TEST_F(FocusTest, AButtonThatIsDisabledGivesItToNobodyElse) {
+    content().checkButton->setFocus(Qt::TabFocusReason);
+    std::vector<std::string> holders;
+    const auto watching =
+        QObject::connect(qApp, &QApplication::focusChanged, [&](QWidget*, const QWidget* now) {
+            holders.push_back(now == nullptr ? "none" : now->objectName().toStdString());
+        });
+    content().checkButton->setEnabled(false);
+    QObject::disconnect(watching);
+    EXPECT_EQ(holders, std::vector<std::string>{"window"});
 }
 
 TEST_F(FocusTest, AClickShowsNoRing) {

@@ -9,6 +9,8 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
+#include <QTimer>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 #include <random>
@@ -301,6 +303,37 @@ TEST_F(LogTest, KeepsEverything) {
     const QStringList lines = log.toPlainText().split(u'\n');
     ASSERT_EQ(lines.size(), 30'000);
     for (int i = 0; i < lines.size(); ++i) ASSERT_EQ(lines[i], QStringLiteral("line %1").arg(i));
+}
+
+TEST_F(LogTest, TheWheelNeverChangesTheSizeOfItsText) {
+    const QFont before = log.font();
+    for (const Qt::KeyboardModifier modifier : {Qt::NoModifier, Qt::ControlModifier}) {
+        const QPointF at = log.viewport()->rect().center();
+        QWheelEvent event{at,
+                          log.viewport()->mapToGlobal(at),
+                          {},
+                          {0, 480},
+                          Qt::NoButton,
+                          modifier,
+                          Qt::NoScrollPhase,
+                          false};
+        QCoreApplication::sendEvent(log.viewport(), &event);
+        EXPECT_EQ(log.font(), before);
+    }
+}
+
+TEST_F(LogTest, ItsScrollBarHasNoMenu) {
+    bool hasMenu = false;
+    QTimer::singleShot(0, [&] {
+        hasMenu = QApplication::activePopupWidget() != nullptr;
+        if (hasMenu) QApplication::activePopupWidget()->close();
+    });
+    QScrollBar& bar = *log.verticalScrollBar();
+    const QPoint at = bar.rect().center();
+    QContextMenuEvent event{QContextMenuEvent::Mouse, at, bar.mapToGlobal(at)};
+    QCoreApplication::sendEvent(&bar, &event);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(hasMenu);
 }
 
 } // namespace

@@ -55,6 +55,22 @@ TEST_F(MenuTest, FollowsTheLanguageAtOnceAndBack) {
     EXPECT_EQ(titles(), "Oxlade:Quit Oxlade;Edit:Copy;Select All;");
 }
 
+TEST_F(MenuTest, IsReplacedWithoutAChangeOfTheWindowsSize) {
+    struct Watch final : QObject {
+        bool eventFilter(QObject*, QEvent* event) override {
+            changes += event->type() == QEvent::Resize;
+            return false;
+        }
+        int changes = 0;
+    } watch;
+    program.window().installEventFilter(&watch);
+    for (const int segment : {1, 0}) {
+        switchTo(segment);
+        for (int i = 0; i < 10; ++i) QApplication::processEvents();
+    }
+    EXPECT_EQ(watch.changes, 0);
+}
+
 TEST_F(MenuTest, IsReplacedAsAWholeAndTheOldOneGoes) {
     const QPointer<QMenuBar> old = &bar();
     const QPointer<QAction> oldItem = item(0, 0);

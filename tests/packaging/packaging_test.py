@@ -28,6 +28,7 @@ class PackagingTest(unittest.TestCase):
         cls.helper_file.chmod(0o700)
         cls.image_file = cls.folder / "some image.bin"
         cls.image_file.write_bytes(bytes(range(256)) * 4096)
+        cls.image_file.chmod(0o600)
 
     def configure(self, **chosen: object) -> "subprocess.CompletedProcess[str]":
         """What is not chosen is as a fresh clone has it."""
@@ -81,6 +82,7 @@ class PackagingTest(unittest.TestCase):
             self.make(OXLADE_HELPER=self.helper_file, OXLADE_FIRMWARE=self.image_file)
             self.assert_holds_helper_and(image)
             self.assertEqual((self.contents / image).read_bytes(), self.image_file.read_bytes())
+            self.assertEqual((self.contents / image).stat().st_mode & 0o777, 0o644)
         with self.subTest("another version of the same two files"):
             self.helper_file.write_bytes(b"#!/bin/sh\necho the next one\n")
             self.image_file.write_bytes(b"another image")

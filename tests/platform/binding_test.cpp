@@ -90,6 +90,11 @@ TEST(ApplicationBundle, OutsideOfABundleEverythingIsBesideTheExecutable) {
     EXPECT_EQ(bundle.version(), "");
 }
 
+TEST(ApplicationBundle, IsAbsoluteAlsoAtTheRoot) {
+    EXPECT_EQ(ApplicationBundle("/Contents/MacOS").bundlePath(), "/");
+    EXPECT_EQ(ApplicationBundle("").bundlePath(), "/");
+}
+
 TEST(ApplicationBundle, LooksForAResourceAnewEachTime) {
     const TemporaryFolder folder;
     const ApplicationBundle bundle(folder.path("."));

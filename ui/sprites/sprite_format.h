@@ -22,7 +22,6 @@ namespace oxlade {
 using SpriteBytes = std::span<const std::uint8_t>;
 
 inline constexpr std::size_t spriteHeaderBytes = 4;
-inline constexpr unsigned longestShortRun = 8;
 inline constexpr unsigned longestRun = 127;
 
 enum class SpriteError {

@@ -59,8 +59,8 @@ class Bus:
         except Gone:
             return -1
 
-    def listen(self, event: str, heard: Callable[[Element], None]) -> None:
-        """Calls heard(source) for each event such as
+    def listen(self, event: str, heard: Callable[[Element, object], None]) -> None:
+        """Calls heard(source, what is said of it) for each event such as
         "object:property-change:accessible-name". Events come in while waiting."""
         kind, name, detail = event.split(":")
         member = "".join(part.capitalize() for part in name.split("-"))
@@ -69,7 +69,7 @@ class Bus:
         def received(_bus: object, sender: str, path: str, _interface: str, _signal: str,
                      parameters: GLib.Variant) -> None:
             if parameters.get_child_value(0).get_string() == detail:
-                heard(Element(self, sender, path))
+                heard(Element(self, sender, path), parameters.get_child_value(3).unpack())
 
         self.connection.signal_subscribe(None, interface, member, None, None,
                                          Gio.DBusSignalFlags.NONE, received)
