@@ -13,7 +13,7 @@ class UserInterface {
     virtual ~UserInterface() = default;
     /// Builds the window and every control in it, hidden and without the texts
     /// that depend on language or state. The controls' actions are wired to
-    /// `target`, which outlives the window. Called once.
+    /// `target`, which outlives every event that the window gets. Called once.
     virtual Controls buildWindow(AppDelegate& target) = 0;
     /// Replaces the whole menu bar. Called before the window is built, and again
     /// at each language switch.

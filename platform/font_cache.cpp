@@ -4,6 +4,7 @@
 
 #include <fontconfig/fontconfig.h>
 #include <future>
+#include <locale.h> // NOLINT: not all of it is in the C++ header
 #include <map>
 #include <memory>
 #include <system_error>
@@ -46,6 +47,9 @@ std::string match(const std::string& family, FontKind kind) {
 
 void readFontsAhead() {
     std::packaged_task<Families()> reading{[] {
+        // A locale of its own: the toolkit changes the program's meanwhile, and with it
+        // how numbers are read.
+        uselocale(newlocale(LC_ALL_MASK, "C", nullptr));
         FcInit();
         Families result;
         // What the toolkit's themes name where the desktop has no fonts of its own.

@@ -10,9 +10,9 @@ namespace oxlade {
 PosixHelperProcesses::PosixHelperProcesses(std::string keeperPath, SleepLock* sleepLock)
     : keeperPath_(std::move(keeperPath)), sleepLock_(sleepLock) {
     std::signal(SIGPIPE, SIG_IGN);
-    // Stopped by a key in its terminal, the program would read no more, and a helper
-    // with much to say would stand still with the sampler's flash half written.
-    std::signal(SIGTSTP, SIG_IGN);
+    // Stopped by its terminal, the program would read no more, and a helper with much
+    // to say would stand still with the sampler's flash half written.
+    for (const int stop : {SIGTSTP, SIGTTIN, SIGTTOU}) std::signal(stop, SIG_IGN);
     struct sigaction atChildren {};
     if (sigaction(SIGCHLD, nullptr, &atChildren) == 0 && atChildren.sa_handler == SIG_IGN)
         std::signal(SIGCHLD, SIG_DFL);

@@ -10,8 +10,9 @@
 
 namespace oxlade {
 
-/// Main thread. Has the whole program ignore SIGPIPE, which helpers inherit, and
-/// SIGTSTP, which they do not, and not ignore SIGCHLD, without which no exit status is to be had.
+/// Main thread. Has the whole program ignore SIGPIPE, which helpers inherit, and the
+/// signals by which a terminal stops programs, which they do not; and not ignore SIGCHLD,
+/// without which no exit status is to be had.
 class PosixHelperProcesses final : public HelperProcesses {
   public:
     /// `keeperPath`: the keeper's executable; runs go on without one that does not

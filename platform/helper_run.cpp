@@ -121,7 +121,8 @@ int HelperRun::startHelper(const Descriptor& output) {
 
 void HelperRun::tellWaiter(pid_t helper) {
     const std::lock_guard lock(mutex_);
-    // Before anybody waits for it: until then its number cannot pass to another.
+    // Before anybody waits for it: until then its number cannot pass to another. A keeper
+    // that looks only when a very short run is over hears of that end from us as well.
     if (helper != 0) keeper_.watch(helper);
     helper_ = helper;
     told_.notify_one();

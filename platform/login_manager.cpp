@@ -2,6 +2,7 @@
 
 #ifdef __linux__
 
+#include <cerrno>
 #include <fcntl.h>
 #include <memory>
 #include <system_error>
@@ -27,22 +28,34 @@ Owned<sd_bus> systemBus() {
 // The message owns its descriptor and closes it with itself.
 Descriptor copyOf(int descriptor) { return Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 3)); }
 
-Descriptor inhibit(sd_bus& bus) {
+// A closed lid is a reason of its own, which the others do not cover.
+constexpr const char* everyReason = "sleep:idle:handle-lid-switch:shutdown";
+constexpr const char* mainReasons = "sleep:idle";
+
+struct Answer {
+    Descriptor lock;
+    bool refused = false; // not the same as silent
+};
+
+Answer inhibit(sd_bus& bus, const char* reasons) {
     sd_bus_message* reply = nullptr;
     const int result =
         sd_bus_call_method(&bus, "org.freedesktop.login1", "/org/freedesktop/login1",
                            "org.freedesktop.login1.Manager", "Inhibit", nullptr, &reply, "ssss",
-                           "sleep:idle", "Oxlade", "The sampler is being worked on", "block");
+                           reasons, "Oxlade", "The sampler is being worked on", "block");
     const Owned<sd_bus_message> owned(reply);
+    if (result < 0) return {{}, result == -EACCES || result == -EINVAL};
     int descriptor = -1;
-    if (result < 0 || sd_bus_message_read(reply, "h", &descriptor) < 0) return {};
-    return copyOf(descriptor);
+    if (sd_bus_message_read(reply, "h", &descriptor) < 0) return {};
+    return {copyOf(descriptor)};
 }
 
 void ask(const SleepLock::Arrival& arrived) {
     const auto bus = systemBus();
     if (!bus) return;
-    if (auto lock = inhibit(*bus)) arrived(std::move(lock));
+    auto answer = inhibit(*bus, everyReason);
+    if (answer.refused) answer = inhibit(*bus, mainReasons);
+    if (answer.lock) arrived(std::move(answer.lock));
 }
 
 } // namespace

@@ -51,7 +51,7 @@ class Attributes final {
     static constexpr short flags =
         POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #endif
-    // All that a program may find ignored, but SIGPIPE: a helper must survive that
+    // All that a program commonly finds ignored, but SIGPIPE: a helper must survive that
     // nobody reads what it says.
     static const sigset_t& defaultSignals() {
         static const sigset_t signals = [] {

@@ -297,11 +297,13 @@ TEST(HelperRun, AChunkIsAllThatIsThere) {
     }
 }
 
-TEST(HelperRun, AKeyInTheTerminalStopsNeitherProgramNorHelper) {
+TEST(HelperRun, TheTerminalDoesNotStopTheProgram) {
     const PosixHelperProcesses processes;
-    struct sigaction atStop {};
-    ASSERT_EQ(sigaction(SIGTSTP, nullptr, &atStop), 0);
-    EXPECT_EQ(atStop.sa_handler, SIG_IGN);
+    for (const int signal : {SIGTSTP, SIGTTIN, SIGTTOU}) {
+        struct sigaction atStop {};
+        ASSERT_EQ(sigaction(signal, nullptr, &atStop), 0);
+        EXPECT_EQ(atStop.sa_handler, SIG_IGN) << signal;
+    }
 }
 
 TEST(HelperRun, AFloodIsTakenWhole) {

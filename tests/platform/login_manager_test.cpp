@@ -35,6 +35,10 @@ class LoginManagerTest : public testing::Test {
         QDBusUnixFileDescriptor lock(pipe->second.get());
         manager_->send(manager_->calls.back().createReply(QVariant::fromValue(lock)));
     }
+    void refuse() {
+        manager_->send(manager_->calls.back().createErrorReply(
+            QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"), QStringLiteral("no")));
+    }
     bool isHeld() const {
         pollfd watched{watch_.get(), POLLIN, 0};
         return poll(&watched, 1, 0) == 0;
@@ -50,7 +54,7 @@ class LoginManagerTest : public testing::Test {
     Descriptor watch_;
 };
 
-TEST_F(LoginManagerTest, IsAskedToPreventSleepAndIdling) {
+TEST_F(LoginManagerTest, IsAskedToPreventSleepIdlingAClosedLidAndAShutdown) {
     startLoginManager();
     lock_.acquire([](Descriptor) {});
     ASSERT_TRUE(isAsked());
@@ -58,7 +62,8 @@ TEST_F(LoginManagerTest, IsAskedToPreventSleepAndIdling) {
     EXPECT_EQ(call.interface(), QStringLiteral("org.freedesktop.login1.Manager"));
     EXPECT_EQ(call.member(), QStringLiteral("Inhibit"));
     ASSERT_EQ(call.signature(), QStringLiteral("ssss"));
-    EXPECT_EQ(call.arguments().at(0).toString(), QStringLiteral("sleep:idle"));
+    EXPECT_EQ(call.arguments().at(0).toString(),
+              QStringLiteral("sleep:idle:handle-lid-switch:shutdown"));
     EXPECT_EQ(call.arguments().at(1).toString(), QStringLiteral("Oxlade"));
     EXPECT_FALSE(call.arguments().at(2).toString().isEmpty());
     EXPECT_EQ(call.arguments().at(3).toString(), QStringLiteral("block"));
@@ -80,16 +85,28 @@ TEST_F(LoginManagerTest, TheLockArrivesAndIsTheCallersAlone) {
     EXPECT_TRUE(eventuallyInEventLoop([this] { return !isHeld(); }));
 }
 
+TEST_F(LoginManagerTest, RefusedIsAskedForLess) {
+    startLoginManager();
+    std::atomic<bool> hasArrived = false;
+    lock_.acquire([&hasArrived](Descriptor) { hasArrived = true; });
+    ASSERT_TRUE(isAsked());
+    refuse();
+    ASSERT_TRUE(isAsked(2));
+    EXPECT_EQ(manager_->calls.back().arguments().at(0).toString(), QStringLiteral("sleep:idle"));
+    answer();
+    EXPECT_TRUE(eventuallyInEventLoop([&] { return hasArrived.load(); }));
+}
+
 TEST_F(LoginManagerTest, ARefusalGivesNoLock) {
     startLoginManager();
     std::atomic<bool> hasArrived = false;
     lock_.acquire([&hasArrived](Descriptor) { hasArrived = true; });
     ASSERT_TRUE(isAsked());
-    const auto& call = manager_->calls.back();
-    manager_->send(call.createErrorReply(QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"),
-                                         QStringLiteral("no")));
-    lock_.acquire([](Descriptor) {}); // comes after the refusal
+    refuse();
     ASSERT_TRUE(isAsked(2));
+    refuse();
+    lock_.acquire([](Descriptor) {}); // comes after the refusals
+    ASSERT_TRUE(isAsked(3));
     answer();
     EXPECT_TRUE(eventuallyInEventLoop([this] { return !isHeld(); }));
     EXPECT_FALSE(hasArrived);

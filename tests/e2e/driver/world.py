@@ -126,9 +126,16 @@ class World:
         configuration.write_text(
             _BUS_CONFIGURATION.format(socket=socket, services=services or self.folder / "none"),
             encoding="utf-8")
-        self.start(["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile"])
-        wait_until(socket.exists, f"the bus {name}")
-        return f"unix:path={socket}"
+        # It says its address when it can be called: its socket is there before that.
+        number, write = os.pipe()
+        self.start(["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile",
+                    f"--print-address={write}"], pass_fds=[write])
+        os.close(write)
+        with open(number, encoding="ascii") as answer:
+            address = answer.readline().strip()
+        if not address:
+            raise RuntimeError(f"the bus {name} did not start")
+        return address
 
     def start_display(self) -> subprocess.Popen[bytes]:
         """One more display; from now on it is the one that programs get."""
