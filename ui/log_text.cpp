@@ -46,11 +46,6 @@ QString LogText::take(qsizetype limit, Lines lines) {
     return view;
 }
 
-QString LogText::between(qsizetype viewFrom, qsizetype viewTo) const {
-    const qsizetype from = toText(viewFrom);
-    return text_.mid(from, toText(viewTo) - from);
-}
-
 qsizetype LogText::toText(qsizetype viewPosition) const {
     const auto before = std::lower_bound(breaks_.begin(), breaks_.end(), viewPosition);
     return viewPosition - (before - breaks_.begin());

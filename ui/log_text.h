@@ -33,8 +33,6 @@ class LogText final {
     /// The next piece for the view, at most `limit` characters of the text (one
     /// more where that would cut a surrogate pair), with breaks put in.
     QString take(qsizetype limit, Lines lines = Lines::each);
-    /// The text between two positions of the view.
-    QString between(qsizetype viewFrom, qsizetype viewTo) const;
 
     /// The text's position at a position of the view, and the other way round for
     /// what the view has.

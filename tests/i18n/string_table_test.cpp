@@ -11,13 +11,10 @@ class StringTable : public ::testing::Test {
     ~StringTable() override { CurrentLanguage = 0; }
 };
 
-TEST_F(StringTable, HoldsFortySevenKeysInTheirAreas) {
-    std::set<std::string_view> keys, areas;
-    for (const auto& entry : translations()) {
-        keys.insert(entry.key);
-        areas.insert(entry.key.substr(0, entry.key.find('.')));
-    }
-    EXPECT_EQ(keys.size(), 47U);
+// How many keys there are, and that none is there twice, is proved while compiling.
+TEST_F(StringTable, HoldsTheKeysOfItsAreas) {
+    std::set<std::string_view> areas;
+    for (const auto& entry : translations()) areas.insert(entry.key.substr(0, entry.key.find('.')));
     EXPECT_EQ(areas,
               (std::set<std::string_view>{"button", "confirm", "device", "done", "failed",
                                           "firmware", "log", "menu", "op", "panel", "subtitle"}));
