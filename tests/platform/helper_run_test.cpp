@@ -2,6 +2,7 @@
 #include "tests/platform/recorded_run.h"
 #include "tests/platform/temporary_folder.h"
 
+#include <atomic>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace oxlade {
 namespace {
@@ -168,6 +170,37 @@ TEST(HelperRun, StandardInputDirectoryAndEnvironmentAreOurs) {
     EXPECT_EQ(outputOf({"directory"}), std::string(getcwd(here, sizeof here)) + '\n');
 }
 
+// True when nobody has anything of the run any more: then nobody can call anybody.
+bool isLetGoOf(std::shared_ptr<HelperProcess>& process) {
+    const std::weak_ptr watched = std::exchange(process, nullptr);
+    return eventually([&] { return watched.expired(); });
+}
+
+// The callbacks of a run that must call neither. Letting go of one takes a while, in
+// which a call of the other that was on its way gets through.
+class Unwanted final {
+  public:
+    explicit Unwanted(HelperProcess& process) {
+        process.setReadabilityHandler(
+            [owned = std::make_shared<SlowToGo>(calls_)](std::string_view) { ++*owned->calls; });
+        process.setTerminationHandler(
+            [owned = std::make_shared<SlowToGo>(calls_)] { ++*owned->calls; });
+    }
+    int calls() const { return *calls_; }
+
+  private:
+    using Count = std::shared_ptr<std::atomic<int>>;
+    struct SlowToGo {
+        explicit SlowToGo(Count count) : calls(std::move(count)) {}
+        ~SlowToGo() {
+            eventually([this] { return *calls > 0; }, std::chrono::milliseconds(50));
+        }
+        const Count calls;
+    };
+
+    const Count calls_ = std::make_shared<std::atomic<int>>(0);
+};
+
 struct Refusal {
     std::string path;
     int error;
@@ -186,9 +219,11 @@ TEST(HelperRun, ARefusedLaunchGivesTheSystemsReasonAndCallsNobody) {
         {"", ENOENT},
     };
     for (const auto& [path, error] : refusals) {
-        RecordedRun run(path, {}, PosixHelperProcesses(OXLADE_KEEPER));
-        EXPECT_EQ(run.process->launch(), std::system_category().message(error)) << path;
-        EXPECT_EQ(run.chunks() + run.ends() + run.exits(), 0);
+        auto process = PosixHelperProcesses(OXLADE_KEEPER).make(path, {});
+        const Unwanted callbacks(*process);
+        EXPECT_EQ(process->launch(), std::system_category().message(error)) << path;
+        EXPECT_TRUE(isLetGoOf(process)) << path;
+        EXPECT_EQ(callbacks.calls(), 0) << path;
     }
 }
 
@@ -233,6 +268,7 @@ TEST(HelperRun, WithTooFewDescriptorsALaunchIsRefusedOrRunsAndNoneIsLost) {
         }
         if (refusal) {
             EXPECT_EQ(*refusal, std::system_category().message(EMFILE));
+            EXPECT_TRUE(isLetGoOf(run.process));
             EXPECT_EQ(run.chunks() + run.ends() + run.exits(), 0);
             ++refused;
         } else {
@@ -281,6 +317,7 @@ TEST(HelperRun, LettingGoOfTheRunLeavesTheHelperAlone) {
     EXPECT_EQ(run.exits(), 0);
     folder.remove("lock");
     EXPECT_TRUE(run.waitForExit());
+    EXPECT_NE(run.text().find("gone"), std::string::npos) << "the helper did not end by itself";
 }
 
 // What the system takes in one piece comes in one piece: a line is cut by nobody

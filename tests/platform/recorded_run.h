@@ -18,8 +18,8 @@ inline constexpr auto patience = std::chrono::seconds(30);
 
 /// Asks again and again until it is so; false when the patience is over.
 template <typename Condition>
-bool eventually(Condition condition) {
-    const auto end = std::chrono::steady_clock::now() + patience;
+bool eventually(Condition condition, std::chrono::milliseconds atMost = patience) {
+    const auto end = std::chrono::steady_clock::now() + atMost;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end) return false;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));

@@ -101,7 +101,6 @@ int main(int argc, char** argv) {
     if (mode == "descriptors") putDescriptors();
     if (mode == "status") putFile("/proc/self/status");
     if (mode == "session") put(getsid(0) == getpid() ? "leader\n" : "member\n");
-    if (mode == "pid") put(std::to_string(getpid()) + '\n');
     if (mode == "directory") {
         char path[4096];
         if (getcwd(path, sizeof path) != nullptr) put(std::string(path) + '\n');
@@ -121,8 +120,10 @@ int main(int argc, char** argv) {
         return 5;
     }
     if (mode == "until-gone") {
+        if (argc > 3) leaveChild(second, false);
         put("waiting\n");
         while (access(first, F_OK) == 0) usleep(1000);
+        put("gone\n");
     }
     if (mode == "close") {
         put("closing\n");
