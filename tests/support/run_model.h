@@ -1,8 +1,7 @@
 // What a run should leave behind, by the rules in the plainest words: the C library
-// scans the numbers, and every line is cut, trimmed and looked at one by one.
+// scans the numbers, and every line is cut, trimmed and looked at one by one. It shares
+// no code with the program: a fault there must not be here as well.
 #pragma once
-
-#include "app/chunk_decoder.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -20,7 +19,7 @@ struct RunModel {
 
     /// One chunk of bytes as it was read.
     void take(std::string_view bytes) {
-        auto chunk = decodeChunk(bytes);
+        auto chunk = isText(bytes) ? std::string{bytes} : latin1(bytes);
         std::replace(chunk.begin(), chunk.end(), '\r', '\n');
         log += chunk;
         for (const char* newline : {"\v", "\f", "\u0085", "\u2028", "\u2029"})
@@ -34,6 +33,33 @@ struct RunModel {
     }
 
   private:
+    /// Whether it is UTF-8 throughout: every number in range and as short as can be.
+    static bool isText(std::string_view bytes) {
+        for (std::size_t at = 0; at < bytes.size();) {
+            const unsigned lead = static_cast<unsigned char>(bytes[at++]);
+            if (lead < 0x80) continue;
+            if (lead < 0xC0 || lead >= 0xF8) return false;
+            const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+            std::uint32_t number = lead & (0x3FU >> more);
+            for (int i = 0; i < more; ++i, ++at) {
+                if (at == bytes.size() || (bytes[at] & 0xC0) != 0x80) return false;
+                number = number << 6U | (bytes[at] & 0x3FU);
+            }
+            const std::uint32_t least = more == 3 ? 0x10000 : more == 2 ? 0x800 : 0x80;
+            if (number < least || number > 0x10FFFF) return false;
+            if (number >= 0xD800 && number <= 0xDFFF) return false;
+        }
+        return true;
+    }
+    static std::string latin1(std::string_view bytes) {
+        std::string text;
+        for (const char byte : bytes) {
+            const auto number = static_cast<unsigned char>(byte);
+            if (number >= 0x80) text += number < 0xC0 ? '\xC2' : '\xC3';
+            text += number < 0xC0 ? byte : static_cast<char>(number - 0x40);
+        }
+        return text;
+    }
     static std::string trimmed(std::string text) {
         static const std::vector<std::string> blanks{
             " ",      "\t",     "\u00A0", "\u1680", "\u2000", "\u2001",
