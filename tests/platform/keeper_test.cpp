@@ -3,12 +3,12 @@
 #include "tests/platform/processes.h"
 #include "tests/platform/recorded_run.h"
 #include "tests/platform/temporary_folder.h"
+#include "tests/platform/watched_lock.h"
 
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -111,28 +111,17 @@ TEST_F(KeeperTest, IsNotMissedWhenItDiesAndLeavesNoZombie) {
     EXPECT_EQ(going.process->terminationStatus(), 0);
 }
 
-class LockAtOnce final : public SleepLock {
-  public:
-    explicit LockAtOnce(Descriptor lock) : lock_{std::move(lock)} {}
-    void acquire(Arrival arrived) override { arrived(std::move(lock_)); }
-
-  private:
-    Descriptor lock_;
-};
-
 TEST_F(KeeperTest, ItsDeathDoesNotLetTheComputerSleep) {
-    auto pipe = makePipe();
-    ASSERT_TRUE(pipe);
-    LockAtOnce lock{std::move(pipe->second)};
+    WatchedLock watched;
+    LockAtOnce lock{std::move(watched.lock)};
     RecordedRun going(helper_, {"until-gone", lock_}, PosixHelperProcesses(keeper_, &lock));
     ASSERT_EQ(going.process->launch(), std::nullopt);
     ASSERT_TRUE(going.waitForText("waiting"));
     ASSERT_NO_FATAL_FAILURE(killKeeper());
-    pollfd watched{pipe->first.get(), POLLIN, 0};
-    EXPECT_EQ(poll(&watched, 1, 0), 0) << "nobody holds the lock any more";
+    EXPECT_TRUE(watched.isHeld()) << "nobody holds the lock any more";
     folder_.remove("lock");
     EXPECT_TRUE(going.waitForExit());
-    EXPECT_EQ(poll(&watched, 1, 2000), 1) << "the computer may sleep again";
+    EXPECT_TRUE(watched.isReleasedWithin(2000)) << "the computer may sleep again";
 }
 
 TEST_F(KeeperTest, NoSignalThatEndsTheProgramEndsIt) {
@@ -148,10 +137,14 @@ TEST_F(KeeperTest, NoSignalThatEndsTheProgramEndsIt) {
     ASSERT_TRUE(eventually(isAtRoot)) << "by then it has prepared itself";
     for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE})
         kill(keepers.front(), signal);
-    kill(keepers.front(), SIGSTOP); // what came before has been dealt with by then
-    kill(keepers.front(), SIGCONT);
+    // Once it stands still, what came before has been dealt with.
+    kill(keepers.front(), SIGSTOP);
+    const auto state = [&] { return stateOf(keepers.front()).value_or('Z'); };
+    EXPECT_TRUE(eventually([&] { return state() == 'T' || state() == 'Z'; }));
+    EXPECT_EQ(state(), 'T') << "it has ended";
     EXPECT_EQ(processesOf(keeper_), keepers);
     EXPECT_EQ(getsid(keepers.front()), keepers.front());
+    kill(keepers.front(), SIGCONT);
 }
 
 TEST_F(KeeperTest, ARunGoesOnWithoutOneThatCannotStart) {
@@ -255,21 +248,19 @@ class KeeperAfterTheEnd : public KeeperTest, public testing::WithParamInterface<
 
 TEST_P(KeeperAfterTheEnd, AStrictHelperFinishesAndNothingOfOursIsLeft) {
     const auto& [end, signal, leavesChild] = GetParam();
-    auto lock = makePipe();
-    ASSERT_TRUE(lock);
-    startProgram(strictHelper(leavesChild), lock->second);
-    lock->second.reset();
+    WatchedLock watched;
+    startProgram(strictHelper(leavesChild), watched.lock);
+    watched.lock.reset();
     endProgram(end, signal);
     ASSERT_FALSE(std::filesystem::exists(marker_)) << "the program should have ended in mid-run";
     EXPECT_TRUE(keeperIsThere());
-    pollfd watched{lock->first.get(), POLLIN, 0};
-    EXPECT_EQ(poll(&watched, 1, 0), 0) << "the computer stays awake";
+    EXPECT_TRUE(watched.isHeld()) << "the computer stays awake";
 
     ASSERT_TRUE(eventually([&] { return std::filesystem::exists(marker_); }));
     const auto finished = std::chrono::steady_clock::now();
     EXPECT_TRUE(eventually([&] { return !keeperIsThere(); }));
     EXPECT_LT(std::chrono::steady_clock::now() - finished, std::chrono::seconds(2));
-    EXPECT_EQ(poll(&watched, 1, 2000), 1) << "the computer may sleep again";
+    EXPECT_TRUE(watched.isReleasedWithin(2000)) << "the computer may sleep again";
     if (leavesChild) folder_.remove("lock");
 }
 

@@ -1,16 +1,20 @@
 // The sleep lock, from a stand-in for the login manager.
 #include "platform/login_manager.h"
 #include "tests/platform/private_bus.h"
+#include "tests/platform/processes.h"
 #include "tests/platform/recorded_run.h"
+#include "tests/platform/watched_lock.h"
 
 #include <QDBusUnixFileDescriptor>
 #include <QVariant>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 namespace oxlade {
 namespace {
@@ -27,21 +31,23 @@ class LoginManagerTest : public testing::Test {
     bool isAsked(std::size_t times = 1) {
         return eventuallyInEventLoop([&] { return manager_->calls.size() == times; });
     }
-    // Answers the latest call with a lock; a pipe tells when nobody holds it any more.
+    // Answers the latest call with a lock.
     void answer() {
-        auto pipe = makePipe();
-        ASSERT_TRUE(pipe);
-        watch_ = std::move(pipe->first);
-        QDBusUnixFileDescriptor lock(pipe->second.get());
+        given_ = WatchedLock();
+        QDBusUnixFileDescriptor lock(given_.lock.get()); // a copy
+        given_.lock.reset();
         manager_->send(manager_->calls.back().createReply(QVariant::fromValue(lock)));
     }
     void refuse() {
         manager_->send(manager_->calls.back().createErrorReply(
             QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"), QStringLiteral("no")));
     }
-    bool isHeld() const {
-        pollfd watched{watch_.get(), POLLIN, 0};
-        return poll(&watched, 1, 0) == 0;
+    bool isHeld() const { return given_.isHeld(); }
+    // Not the bus through which it came, and so not on its way only.
+    bool isHeldByAKeeper() const {
+        const auto keepers = processesOf(OXLADE_KEEPER);
+        return std::any_of(keepers.begin(), keepers.end(),
+                           [this](pid_t keeper) { return hasOpen(keeper, given_.name()); });
     }
     RecordedRun run(std::vector<std::string> arguments) {
         return {OXLADE_TEST_HELPER, std::move(arguments),
@@ -51,7 +57,7 @@ class LoginManagerTest : public testing::Test {
     const TemporaryFolder folder_;
     std::unique_ptr<StandIn> manager_;
     LoginManagerSleepLock lock_;
-    Descriptor watch_;
+    WatchedLock given_;
 };
 
 TEST_F(LoginManagerTest, IsAskedToPreventSleepIdlingAClosedLidAndAShutdown) {
@@ -80,7 +86,7 @@ TEST_F(LoginManagerTest, TheLockArrivesAndIsTheCallersAlone) {
     ASSERT_TRUE(isAsked());
     answer();
     ASSERT_TRUE(eventuallyInEventLoop([&] { return hasArrived.load(); }));
-    EXPECT_TRUE(isHeld());
+    EXPECT_EQ(openAs(getpid(), arrived.get()), given_.name());
     arrived.reset();
     EXPECT_TRUE(eventuallyInEventLoop([this] { return !isHeld(); }));
 }
@@ -119,8 +125,7 @@ TEST_F(LoginManagerTest, ARunHasOneLockFromItsArrivalToTheHelpersEnd) {
     ASSERT_TRUE(isAsked());
     answer();
     ASSERT_TRUE(going.waitForText("waiting"));
-    for (int i = 0; i < 20; ++i) QCoreApplication::processEvents();
-    EXPECT_TRUE(isHeld());
+    EXPECT_TRUE(eventuallyInEventLoop([this] { return isHeldByAKeeper(); }));
     folder_.remove("lock");
     EXPECT_TRUE(going.waitForExit());
     EXPECT_TRUE(eventuallyInEventLoop([this] { return !isHeld(); }));

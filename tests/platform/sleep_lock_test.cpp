@@ -1,14 +1,14 @@
 // When a run asks for a sleep lock, and when it lets go of it.
 #include "tests/platform/recorded_run.h"
 #include "tests/platform/temporary_folder.h"
+#include "tests/platform/watched_lock.h"
 
 #include <gtest/gtest.h>
-#include <poll.h>
 
 namespace oxlade {
 namespace {
 
-// Gives a lock when the test says so; a pipe tells when nobody holds it any more.
+// Gives a lock when the test says so.
 class SleepLockByHand final : public SleepLock {
   public:
     void acquire(Arrival arrived) override {
@@ -16,21 +16,16 @@ class SleepLockByHand final : public SleepLock {
         arrived_ = std::move(arrived);
     }
     void arrive() {
-        auto pipe = makePipe();
-        ASSERT_TRUE(pipe);
-        watch_ = std::move(pipe->first);
-        arrived_(std::move(pipe->second));
+        latest_ = WatchedLock();
+        arrived_(std::move(latest_.lock));
     }
-    bool isHeld() const {
-        pollfd watched{watch_.get(), POLLIN, 0};
-        return poll(&watched, 1, 0) == 0;
-    }
+    bool isHeld() const { return latest_.isHeld(); }
 
     int asked = 0;
 
   private:
     Arrival arrived_;
-    Descriptor watch_;
+    WatchedLock latest_;
 };
 
 class SleepLockTest : public testing::TestWithParam<std::string> {
@@ -56,15 +51,17 @@ TEST_P(SleepLockTest, IsHeldFromItsArrivalToTheHelpersEnd) {
 }
 
 TEST_P(SleepLockTest, IsReleasedAlsoWhenAGrandchildHoldsThePipe) {
-    auto over = run({"child", folder_.file("lock"), "10"});
+    auto over = run({"until-gone", folder_.file("lock"), folder_.file("lock of the child")});
     ASSERT_EQ(over.process->launch(), std::nullopt);
+    ASSERT_TRUE(over.waitForText("waiting"));
     lock_.arrive();
+    folder_.remove("lock");
     EXPECT_TRUE(over.waitForExit());
     EXPECT_TRUE(eventually([&] { return !lock_.isHeld(); }));
 }
 
 TEST_P(SleepLockTest, IsReleasedWhileTheExitIsStillBeingHandled) {
-    auto over = run({"print", "10"});
+    auto over = run({"until-gone", folder_.file("lock")});
     std::atomic<bool> wasReleased{false};
     std::atomic<bool> isDone{false};
     over.process->setTerminationHandler([&] { // as long as an alert stays open
@@ -72,8 +69,10 @@ TEST_P(SleepLockTest, IsReleasedWhileTheExitIsStillBeingHandled) {
         isDone = true;
     });
     ASSERT_EQ(over.process->launch(), std::nullopt);
+    ASSERT_TRUE(over.waitForText("waiting"));
     lock_.arrive();
-    EXPECT_TRUE(eventually([&] { return isDone.load(); }));
+    folder_.remove("lock");
+    EXPECT_TRUE(eventually([&] { return isDone.load(); }, 2 * patience));
     EXPECT_TRUE(wasReleased);
 }
 

@@ -3,6 +3,7 @@
 // the helper's path and its arguments follow. A descriptor 3 that it was started
 // with is its sleep lock.
 #include "platform/helper_process.h"
+#include "tests/platform/watched_lock.h"
 
 #include <condition_variable>
 #include <cstdlib>
@@ -14,15 +15,6 @@
 namespace oxlade {
 namespace {
 
-class LockAtOnce final : public SleepLock {
-  public:
-    void acquire(Arrival arrived) override {
-        if (fcntl(3, F_GETFD) < 0) return;
-        arrived(Descriptor(fcntl(3, F_DUPFD_CLOEXEC, 4)));
-        close(3);
-    }
-};
-
 struct FirstOutput {
     std::mutex mutex;
     std::condition_variable changed;
@@ -31,7 +23,7 @@ struct FirstOutput {
 
 int run(std::string_view end, std::string keeper, std::string helper,
         std::vector<std::string> arguments) {
-    LockAtOnce lock;
+    LockAtOnce lock{Descriptor(fcntl(3, F_SETFD, FD_CLOEXEC) == 0 ? 3 : -1)};
     const auto process = PosixHelperProcesses(std::move(keeper), &lock)
                              .make(std::move(helper), std::move(arguments));
     const auto output = std::make_shared<FirstOutput>();
