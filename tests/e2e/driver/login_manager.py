@@ -12,7 +12,8 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
-from .service import Service
+from . import processes  # noqa: E402
+from .service import Service  # noqa: E402
 
 _INTERFACE = """
 <interface name="org.freedesktop.login1.Manager">
@@ -48,6 +49,13 @@ class Lock:
         poll = select.poll()
         poll.register(self._read, 0)
         return not poll.poll(0)  # nobody has it: the other end hung up
+
+    def is_held_by(self, pids: list[int]) -> bool:
+        """By each of them: one that is on its way through the bus is nobody's yet."""
+        if self._read < 0 or not pids:
+            return False
+        name = f"pipe:[{os.fstat(self._read).st_ino}]"
+        return all(processes.has_open(pid, name) for pid in pids)
 
 
 class LoginManager:

@@ -3,13 +3,19 @@ import os
 from pathlib import Path
 
 
-def is_alive(pid: int) -> bool:
-    """Neither gone nor a mere entry that its parent has not read yet."""
+def state(pid: int) -> str:
+    """R, S, T (stopped), Z (dead, but its parent has not asked yet) and others; X when
+    there is no such process."""
     try:
         stat = Path(f"/proc/{pid}/stat").read_text(encoding="utf-8", errors="replace")
     except OSError:
-        return False
-    return stat.rpartition(")")[2].split()[0] not in "ZX"
+        return "X"
+    return stat.rpartition(")")[2].split()[0]
+
+
+def is_alive(pid: int) -> bool:
+    """Neither gone nor a mere entry that its parent has not read yet."""
+    return state(pid) not in "ZX"
 
 
 def running(executable: Path) -> list[int]:
@@ -28,13 +34,37 @@ def children(parent: int) -> list[int]:
     return found
 
 
+def in_group(group: int) -> list[int]:
+    """The members of a process group."""
+    return [pid for pid in _all() if _group_of(pid) == group]
+
+
+def has_open(pid: int, what: str) -> bool:
+    """Whether one of its descriptors is this, which is named as /proc names it."""
+    try:
+        return any(_target(link) == what for link in Path(f"/proc/{pid}/fd").iterdir())
+    except OSError:
+        return False
+
+
 def _all() -> list[int]:
     return [int(name) for name in os.listdir("/proc") if name.isdigit()]
 
 
 def _is(pid: int, executable: Path) -> bool:
+    # A replaced file is shown with a remark behind its name.
+    return _target(Path(f"/proc/{pid}/exe")).removesuffix(" (deleted)") == str(executable)
+
+
+def _target(link: Path) -> str:
     try:
-        # A replaced file is shown with a remark behind its name.
-        return os.readlink(f"/proc/{pid}/exe").removesuffix(" (deleted)") == str(executable)
+        return os.readlink(link)
     except OSError:
-        return False
+        return ""
+
+
+def _group_of(pid: int) -> int:
+    try:
+        return os.getpgid(pid)
+    except ProcessLookupError:
+        return -1
