@@ -171,6 +171,10 @@ class World:
             report.unlink()
         return "\n".join(texts)
 
+    def forget_report(self, pid: int) -> None:
+        """What a sanitizer said of that one, who was meant to crash."""
+        (self.folder / f"sanitizer.{pid}").unlink(missing_ok=True)
+
     def end(self) -> None:
         for process in reversed(self._processes):
             process.kill()
