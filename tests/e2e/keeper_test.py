@@ -68,6 +68,22 @@ class KeeperTest(EndToEndCase):
     def test_a_flash_outlives_control_c_in_the_terminal(self) -> None:
         self.flash_outlives(lambda program: program.type_in_terminal(b"\x03"), terminal=True)
 
+    def test_control_z_in_the_terminal_stops_neither_program_nor_helper(self) -> None:
+        program = self.start("speed=max,strict," + self.sampler.at("write:50"), terminal=True)
+        program.check()
+        program.start_flashing()
+        self.sampler.wait_at("write:50")
+        helper = int(self.sampler.runs()[-1]["pid"])
+        program.type_in_terminal(b"\x1a")
+        wait_until(lambda: "T" in map(processes.state, processes.in_group(program.pid)),
+                   "the key to stop whom it can")
+        program.switch_language("RU")
+        for process in (helper, *self.bundle.ours()):
+            self.assertNotEqual(processes.state(process), "T")
+        self.sampler.open("write:50")
+        program.dismiss(program.texts.done)
+        self.assert_flashed()
+
     def test_a_flash_outlives_the_closing_of_the_terminal(self) -> None:
         self.flash_outlives(lambda program: program.close_terminal(), terminal=True)
 

@@ -192,6 +192,7 @@ class Program:
             os.setsid()
             # The first terminal that a new session opens is its own.
             os.close(os.open(os.ttyname(0), os.O_RDWR))
+            _have_a_shell()
 
         process = subprocess.Popen(command, env=environment, cwd=directory, stdin=inside,
                                    stdout=inside, stderr=inside, preexec_fn=take_terminal)
@@ -384,6 +385,24 @@ class Program:
 
     def signal(self, number: signal.Signals) -> None:
         self.process.send_signal(number)
+
+
+def _have_a_shell() -> None:
+    """No key stops a group that nobody in its session could let go on, as a shell could.
+    So here is one, which only sleeps, and a child of it in our own group."""
+    group = os.getpid()
+    between = os.fork()
+    if between > 0:
+        os.waitpid(between, 0)  # the shell is no child of ours
+        return
+    try:
+        if os.fork() == 0:
+            os.setpgid(0, 0)
+            if os.fork() == 0:
+                os.setpgid(0, group)
+            os.execvp("sleep", ["sleep", "infinity"])
+    finally:
+        os._exit(0)
 
 
 def _without_core() -> None:
