@@ -1,4 +1,5 @@
 """Helpers that are missing, broken, or do not behave."""
+import os
 import signal
 from pathlib import Path
 
@@ -84,6 +85,28 @@ class HelperTest(EndToEndCase):
         program.world.ask(["kill", "-TERM", str(helper)])
         program.dismiss(program.texts.flash_failed)
         self.assertEqual(program.log_lines()[-2], program.texts.exited.format(15))
+
+    def test_a_helper_that_hangs_is_left_alone_and_the_window_answers(self) -> None:
+        program = self.start("speed=max,hang@write:50")
+        program.check()
+        program.start_flashing()
+        program.wait_for(program.texts.op_write)
+        program.wait_for("50%")
+        (helper,) = processes.running(self.bundle.helper)
+        for language in ("RU", "EN"):
+            program.switch_language(language)
+            for text in (program.texts.op_write, "50%"):
+                self.assertTrue(program.shows(text), program.labels())
+            for button in (program.texts.check, program.texts.flash):
+                self.assertFalse(program.is_enabled(button), button)
+        self.assertEqual(program.dialogs(), [])
+        self.assertEqual(processes.running(self.bundle.helper), [helper])
+        self.assertEqual(len(processes.running(self.bundle.keeper)), 1)
+        os.kill(helper, signal.SIGKILL)
+        program.dismiss(program.texts.flash_failed)
+        self.assertEqual(program.log_lines()[-2], program.texts.exited.format(9))
+        self.assertTrue(program.shows(program.texts.op_error))
+        self.assertEqual(self.sampler.state(), "writing")
 
     def test_bytes_that_are_no_utf_8_are_shown_and_the_run_goes_on(self) -> None:
         program = self.start("speed=max,invalid-utf8")
