@@ -14,8 +14,7 @@ namespace {
 
 /// A program in the middle of a flash.
 struct FlashingProgram : FakeProgram {
-    FlashingProgram() {
-        files.files[bundledImage].bytes = validImage(); // small: one is made for each input
+    FlashingProgram() : FakeProgram{validImage()} { // a small one: it is made for each input
         delegate->applicationDidFinishLaunching();
         delegate->installFirmware();
         controls.logView.text.clear();

@@ -6,13 +6,15 @@
 #include "tests/support/fake_interface.h"
 #include "tests/support/fake_system.h"
 
+#include <utility>
+
 namespace oxlade::test {
 
-/// Not started yet; its bundle holds a helper and a valid image of 3 MiB.
+/// Not started yet; its bundle holds a helper and an image, a valid one of 3 MiB.
 struct FakeProgram {
-    FakeProgram() {
+    explicit FakeProgram(std::string image = validImage(3'145'728)) {
         files.files[bundledHelper] = {"", true};
-        files.files[bundledImage] = {validImage(3'145'728), false};
+        files.files[bundledImage] = {std::move(image), false};
     }
 
     std::shared_ptr<FakeProcess> helper() { return processes.last.lock(); }
