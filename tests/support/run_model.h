@@ -42,8 +42,10 @@ struct RunModel {
             const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
             std::uint32_t number = lead & (0x3FU >> more);
             for (int i = 0; i < more; ++i, ++at) {
-                if (at == bytes.size() || (bytes[at] & 0xC0) != 0x80) return false;
-                number = number << 6U | (bytes[at] & 0x3FU);
+                if (at == bytes.size()) return false;
+                const unsigned next = static_cast<unsigned char>(bytes[at]);
+                if ((next & 0xC0U) != 0x80) return false;
+                number = number << 6U | (next & 0x3FU);
             }
             const std::uint32_t least = more == 3 ? 0x10000 : more == 2 ? 0x800 : 0x80;
             if (number < least || number > 0x10FFFF) return false;
