@@ -12,8 +12,11 @@ import os
 import subprocess
 import sys
 import time
+from pathlib import Path
 
 sys.dont_write_bytecode = True
+sys.path.append(str(Path(__file__).resolve().parent.parent / "tests" / "e2e"))
+from driver.bundle import refuse_without_simulator  # noqa: E402
 from processes import activity, children, memory, work  # noqa: E402
 from table import Table  # noqa: E402
 from world import AwakeProcessors, World  # noqa: E402
@@ -26,9 +29,7 @@ class Bench:
         self.build = os.path.abspath(build)
         self.macos = os.path.join(self.build, "Oxlade.app/Contents/MacOS")
         self.helper = os.path.join(self.macos, "oxlade")
-        with open(self.helper, "rb") as helper:
-            if b"the Oxlade simulator" not in helper.read():
-                raise SystemExit(f"{self.helper} is not the simulated sampler: nothing was started.")
+        refuse_without_simulator(Path(self.build) / "Oxlade.app")
         self.quick = quick
         self.table = Table()
 

@@ -55,7 +55,8 @@ class Tour:
                 self.nothing_there()
 
     def start(self, behaviour: str, sampler, without_image: bool = False):
-        from driver.program import Bundle, Program
+        from driver.bundle import Bundle
+        from driver.program import Program
         bundle = Bundle(self.original, self.world.folder / sampler.flash_file.parent.name)
         if without_image:
             bundle.image.unlink()
@@ -67,7 +68,7 @@ class Tour:
         return program
 
     def sampler(self, name: str):
-        from driver.program import Sampler
+        from driver.sampler import Sampler
         folder = self.world.path(name)
         folder.mkdir()
         return Sampler(folder)

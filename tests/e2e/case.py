@@ -7,7 +7,9 @@ import unittest
 from pathlib import Path
 from typing import Any, ClassVar
 
-from driver.program import Bundle, Program, Sampler
+from driver.bundle import Bundle
+from driver.program import Program
+from driver.sampler import Sampler
 from driver.waiting import wait_until
 from driver.world import World
 

@@ -5,7 +5,7 @@ import unittest
 from pathlib import Path
 from tempfile import TemporaryDirectory
 
-from driver.program import Bundle
+from driver.bundle import Bundle
 
 SCRIPT = Path(__file__).resolve().parents[2] / "scripts" / "play"
 

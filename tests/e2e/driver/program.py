@@ -1,152 +1,22 @@
-"""One start of the program, with the simulated sampler in the helper's place."""
+"""One start of the program: what it shows, and what a person does with it."""
 from __future__ import annotations
 
 import os
-import pty
-import resource
-import shlex
-import shutil
 import signal
-import subprocess
 from collections.abc import Callable
 from pathlib import Path
 from typing import TypeVar
 
-from . import processes
 from .accessibility import Element
+from .bundle import Bundle
+from .launch import start, start_in_terminal
+from .sampler import Sampler
 from .screen import Screen
 from .texts import EN, RU, Texts
 from .waiting import PATIENCE, Gone, wait_until
 from .world import World
 
 T = TypeVar("T")
-
-PROGRAM, HELPER, KEEPER, IMAGE = "oxlade-app", "oxlade", "oxlade-keeper", "mpcv171.bin"
-
-SIMULATOR = "the Oxlade simulator"  # it says so itself, in each run
-
-
-def refuse_without_simulator(bundle: Path) -> None:
-    """Whoever drives a bundle by itself flashes without asking anybody."""
-    helper = bundle / "Contents" / "MacOS" / HELPER
-    if SIMULATOR.encode() not in helper.read_bytes():
-        raise SystemExit(f"{helper} is not the simulated sampler: nothing was started.")
-
-
-class Bundle:
-    """A copy that a test may damage; none of its processes is anyone else's."""
-
-    def __init__(self, original: Path, folder: Path) -> None:
-        refuse_without_simulator(original)
-        self.root = folder / "Oxlade.app"
-        shutil.copytree(original, self.root, copy_function=_link_or_copy)
-
-    @property
-    def programs(self) -> Path:
-        return self.root / "Contents" / "MacOS"
-
-    @property
-    def program(self) -> Path:
-        return self.programs / PROGRAM
-
-    @property
-    def helper(self) -> Path:
-        return self.programs / HELPER
-
-    @property
-    def keeper(self) -> Path:
-        return self.programs / KEEPER
-
-    @property
-    def image(self) -> Path:
-        return self.root / "Contents" / "Resources" / IMAGE
-
-    @property
-    def facts(self) -> Path:
-        """What it says about itself."""
-        return self.root / "Contents" / "Info.plist"
-
-    def replace(self, part: Path, content: bytes, mode: int = 0o755) -> None:
-        part.unlink()  # the original may be the same file
-        part.write_bytes(content)
-        part.chmod(mode)
-
-    def wrap_helper(self, commands: str) -> None:
-        """A shell script in the helper's place; the helper itself is "$helper" in it."""
-        real = self.programs / "real-helper"
-        self.helper.rename(real)
-        self.helper.write_text(f"#!/bin/sh\n# {SIMULATOR}\nhelper={shlex.quote(str(real))}\n{commands}\n",
-                               encoding="utf-8")
-        self.helper.chmod(0o755)
-
-    def ours(self) -> list[int]:
-        """The processes of the program itself, without the helper's."""
-        return processes.running(self.program) + processes.running(self.keeper)
-
-
-def _link_or_copy(source: str, target: str) -> None:
-    try:
-        os.link(source, target)
-    except OSError:
-        shutil.copy2(source, target)
-
-
-class Sampler:
-    """The simulated sampler as a test sees it: its flash, its notes, its gate."""
-
-    def __init__(self, folder: Path) -> None:
-        self.flash_file = folder / "flash.bin"
-        self.trace_file = folder / "trace"
-        self.gate = folder / "gate"
-
-    def environment(self, behaviour: str) -> dict[str, str]:
-        return {"OXLADE_SIM": behaviour, "OXLADE_SIM_FLASH": str(self.flash_file),
-                "OXLADE_SIM_TRACE": str(self.trace_file)}
-
-    def trace(self) -> list[str]:
-        try:
-            return self.trace_file.read_text(encoding="ascii").splitlines()
-        except FileNotFoundError:
-            return []
-
-    def runs(self) -> list[dict[str, str]]:
-        """What each run was started with, in order."""
-        starts = [line.split()[1:] for line in self.trace() if line.startswith("start ")]
-        return [dict(word.split("=", 1) for word in start) for start in starts]
-
-    def flashes(self) -> int:
-        return sum(run["argv"].startswith("--firmware") for run in self.runs())
-
-    def state(self) -> str:
-        """As the sampler left it: "erasing", "writing" or "whole N"."""
-        file = self.flash_file.with_name(self.flash_file.name + ".state")
-        return file.read_text(encoding="ascii").strip() if file.exists() else ""
-
-    def holds(self, image: Path) -> bool:
-        return (self.flash_file.exists() and self.state().startswith("whole")
-                and self.flash_file.read_bytes() == image.read_bytes())
-
-    # Gates: gate=PATH@PLACE in the behaviour
-
-    def at(self, *places: str) -> str:
-        """The words that hold a run up at these places, all by the one gate."""
-        return ",".join(f"gate={self.gate_of(place)}@{place}" for place in places)
-
-    def gate_of(self, place: str) -> Path:
-        return self.gate.with_name(f"gate-{place.replace(':', '-')}")
-
-    def open(self, place: str) -> None:
-        self.gate_of(place).touch()
-
-    def shut(self, place: str) -> None:
-        gate = self.gate_of(place)
-        gate.unlink(missing_ok=True)
-        gate.with_name(gate.name + ".waiting").unlink(missing_ok=True)
-
-    def wait_at(self, place: str) -> None:
-        sign = self.gate_of(place)
-        sign = sign.with_name(sign.name + ".waiting")
-        wait_until(sign.exists, f"the helper at {place}", explain=lambda: "\n".join(self.trace()))
 
 
 class Program:
@@ -166,11 +36,9 @@ class Program:
         self._log = world.folder / "program.log"
         with open(self._log, "ab") as log:
             if terminal:
-                self.process = self._start_in_terminal(command, surroundings, directory)
+                self.process, self.terminal = start_in_terminal(command, surroundings, directory)
             else:
-                self.process = subprocess.Popen(
-                    command, env=surroundings, cwd=directory, stdin=subprocess.DEVNULL, stdout=log,
-                    stderr=log, preexec_fn=_without_core)
+                self.process = start(command, surroundings, directory, log)
         try:
             wait_until(self._is_up, "the window", explain=self._said)
         except BaseException:
@@ -182,22 +50,6 @@ class Program:
             raise AssertionError(f"the program ended at once\n{self._said()}")
         # An image that is none is complained about before the window has its texts.
         return self.exists("push button", self.texts.flash) or bool(self.dialogs())
-
-    def _start_in_terminal(self, command: list[str], environment: dict[str, str],
-                           directory: Path | None) -> subprocess.Popen[bytes]:
-        self.terminal, inside = pty.openpty()
-
-        def take_terminal() -> None:
-            _without_core()
-            os.setsid()
-            # The first terminal that a new session opens is its own.
-            os.close(os.open(os.ttyname(0), os.O_RDWR))
-            _have_a_shell()
-
-        process = subprocess.Popen(command, env=environment, cwd=directory, stdin=inside,
-                                   stdout=inside, stderr=inside, preexec_fn=take_terminal)
-        os.close(inside)
-        return process
 
     def __enter__(self) -> Program:
         return self
@@ -385,25 +237,3 @@ class Program:
 
     def signal(self, number: signal.Signals) -> None:
         self.process.send_signal(number)
-
-
-def _have_a_shell() -> None:
-    """No key stops a group that nobody in its session could let go on, as a shell could.
-    So here is one, which only sleeps, and a child of it in our own group."""
-    group = os.getpid()
-    between = os.fork()
-    if between > 0:
-        os.waitpid(between, 0)  # the shell is no child of ours
-        return
-    try:
-        if os.fork() == 0:
-            os.setpgid(0, 0)
-            if os.fork() == 0:
-                os.setpgid(0, group)
-            os.execvp("sleep", ["sleep", "infinity"])
-    finally:
-        os._exit(0)
-
-
-def _without_core() -> None:
-    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))

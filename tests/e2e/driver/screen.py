@@ -58,20 +58,19 @@ class Screen:
         """Presses there, moves in a few steps, lets go: as a person does, who goes on
         when what is dragged begins to follow, and lets go when it has followed. What is
         moved before somebody looks at it counts for nothing."""
-        def stays_until(there: Callable[[], bool], step: int) -> None:
-            def is_there() -> bool:
-                for beside in (1, 0):
-                    self._xdotool("mousemove", str(x + by_x * step // steps - beside),
-                                  str(y + by_y * step // steps))
-                return there()
-            wait_until(is_there, "what is dragged to follow", 10)
         steps = 8
+
+        def move_to(step: int) -> bool:
+            for beside in (1, 0):  # the second is always a movement
+                self._xdotool("mousemove", str(x + by_x * step // steps - beside),
+                              str(y + by_y * step // steps))
+            return True
         self._xdotool("mousemove", str(x), str(y), "mousedown", "1")
         try:
-            stays_until(begun, 1)
+            wait_until(lambda: move_to(1) and begun(), "what is dragged to begin to follow", 10)
             for step in range(2, steps):
-                stays_until(lambda: True, step)
-            stays_until(arrived, steps)
+                move_to(step)
+            wait_until(lambda: move_to(steps) and arrived(), "what is dragged to follow", 10)
         finally:
             self._xdotool("mouseup", "1")
 

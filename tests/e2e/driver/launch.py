@@ -1,0 +1,56 @@
+"""Starting a process as a desktop does, or in a terminal of its own."""
+from __future__ import annotations
+
+import os
+import pty
+import resource
+import subprocess
+from pathlib import Path
+from typing import IO
+
+
+def start(command: list[str], environment: dict[str, str], directory: Path | None,
+          log: IO[bytes]) -> subprocess.Popen[bytes]:
+    """With nothing to read; what it says goes into the log."""
+    return subprocess.Popen(command, env=environment, cwd=directory, stdin=subprocess.DEVNULL,
+                            stdout=log, stderr=log, preexec_fn=_without_core)
+
+
+def start_in_terminal(command: list[str], environment: dict[str, str],
+                      directory: Path | None) -> tuple[subprocess.Popen[bytes], int]:
+    """The process, and the descriptor that is keyboard and screen of its terminal."""
+    terminal, inside = pty.openpty()
+
+    def take_terminal() -> None:
+        _without_core()
+        os.setsid()
+        # The first terminal that a new session opens is its own.
+        os.close(os.open(os.ttyname(0), os.O_RDWR))
+        _have_a_shell()
+
+    process = subprocess.Popen(command, env=environment, cwd=directory, stdin=inside,
+                               stdout=inside, stderr=inside, preexec_fn=take_terminal)
+    os.close(inside)
+    return process, terminal
+
+
+def _have_a_shell() -> None:
+    """No key stops a group that nobody in its session could let go on, as a shell could.
+    So here is one, which only sleeps, and a child of it in our own group."""
+    group = os.getpid()
+    between = os.fork()
+    if between > 0:
+        os.waitpid(between, 0)  # the shell is no child of ours
+        return
+    try:
+        if os.fork() == 0:
+            os.setpgid(0, 0)
+            if os.fork() == 0:
+                os.setpgid(0, group)
+            os.execvp("sleep", ["sleep", "infinity"])
+    finally:
+        os._exit(0)
+
+
+def _without_core() -> None:
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
