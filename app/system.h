@@ -37,9 +37,9 @@ class HelperProcess {
 
     virtual ~HelperProcess() = default;
 
-    /// The callback for output; an empty one removes it. Both callbacks are
-    /// called on one background thread, never at the same time. May be set from any
-    /// thread, also from within a callback; as the termination handler may.
+    /// The callback for output; an empty one removes it. Both callbacks are called on
+    /// one background thread, never at the same time, and may be set from any thread,
+    /// also from within a callback.
     virtual void setReadabilityHandler(ReadabilityHandler handler) = 0;
     /// Called once after the helper has exited and after all that it had written
     /// by then has gone through the readability handler. What a child of the

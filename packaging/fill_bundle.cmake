@@ -1,21 +1,22 @@
 # Puts the helper, the keeper and the image into the bundle. An image that an
 # earlier build left goes when this one ships none.
-function(place source directory name)
+
+# Whatever mode the packager keeps them in: everybody can use what is shipped.
+set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+set(executable ${readable} OWNER_EXECUTE GROUP_EXECUTE WORLD_EXECUTE)
+function(place source directory name permissions)
   file(MAKE_DIRECTORY "${directory}")
   # Beside its place and then over it: the old one may be running.
   file(COPY_FILE "${source}" "${directory}/.${name}.new")
+  file(CHMOD "${directory}/.${name}.new" PERMISSIONS ${permissions})
   file(RENAME "${directory}/.${name}.new" "${directory}/${name}")
 endfunction()
 
-place("${HELPER}" "${MACOS}" oxlade)
-file(CHMOD "${MACOS}/oxlade" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
-     GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-place("${KEEPER}" "${MACOS}" oxlade-keeper)
+place("${HELPER}" "${MACOS}" oxlade "${executable}")
+place("${KEEPER}" "${MACOS}" oxlade-keeper "${executable}")
 file(MAKE_DIRECTORY "${RESOURCES}")
 if(IMAGE)
-  place("${IMAGE}" "${RESOURCES}" mpcv171.bin)
-  # Every user reads it, however the packager keeps it.
-  file(CHMOD "${RESOURCES}/mpcv171.bin" PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+  place("${IMAGE}" "${RESOURCES}" mpcv171.bin "${readable}")
 else()
   file(REMOVE "${RESOURCES}/mpcv171.bin")
 endif()

@@ -70,7 +70,8 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
         return QAccessibleWidget::interface_cast(type);
     }
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? readable(log_.string()) : QAccessibleWidget::text(kind);
+        return kind == QAccessible::Value ? withVisibleNuls(log_.string())
+                                          : QAccessibleWidget::text(kind);
     }
     QAccessible::State state() const override {
         QAccessible::State result = QAccessibleWidget::state();
@@ -82,7 +83,7 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
 
     int characterCount() const override { return int(log_.string().size()); }
     QString text(int from, int to) const override {
-        return readable(log_.string().mid(from, to - from));
+        return withVisibleNuls(log_.string().mid(from, to - from));
     }
     QString textAtOffset(int offset, QAccessible::TextBoundaryType type, int* from,
                          int* to) const override {
@@ -156,7 +157,7 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
     QString give(const Span& span, int* from, int* to) const {
         *from = int(span.from);
         *to = int(span.to);
-        return readable(log_.string().mid(span.from, span.to - span.from));
+        return withVisibleNuls(log_.string().mid(span.from, span.to - span.from));
     }
 
     LogTextView& log_;
@@ -164,7 +165,7 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
 
 } // namespace
 
-QString readable(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
+QString withVisibleNuls(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
 
 QAccessibleInterface* makeLogAccess(LogTextView& log) { return new LogAccess{log}; }
 

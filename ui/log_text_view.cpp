@@ -147,7 +147,7 @@ void LogTextView::scrollToEnd() {
 void LogTextView::announce() {
     if (QAccessible::isActive() && announced_ < log_.text().size()) {
         QAccessibleTextInsertEvent event{this, int(announced_),
-                                         readable(log_.text().mid(announced_))};
+                                         withVisibleNuls(log_.text().mid(announced_))};
         QAccessible::updateAccessibility(&event);
     }
     announced_ = log_.text().size();

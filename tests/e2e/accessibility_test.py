@@ -76,7 +76,7 @@ class AccessibilityTest(EndToEndCase):
         self.assertTrue(program.find("radio button", "RU").has_state("checked"))
 
     def hears(self, element: Element, event: str = NAME_CHANGED) -> Callable[[], int]:
-        """How often the element is heard to have a new name, from now on."""
+        """How often that is heard of the element, from now on."""
         heard: list[str] = []
         self.world.bus.listen(event, lambda source, _: heard.append(source.path)
                               if source.owner == element.owner else None)

@@ -11,7 +11,7 @@ from driver.accessibility import Element
 from driver.figure import CONTENT_HEIGHT
 from driver.program import Program
 from driver.texts import EN, RU
-from driver.waiting import Gone, wait_until
+from driver.waiting import PATIENCE, Gone, wait_until
 
 AT_HAND_SECONDS = 1.0
 BYTES_OF_MEMORY_FOR_ONE_PRINTED = 12
@@ -113,7 +113,8 @@ class FloodTest(EndToEndCase):
         program.flash()
         self.assert_flashed()
 
-    def check_while_looking_at(self, program: Program, printed: int) -> None:
+    def check_while_looking_at(self, program: Program, printed: int,
+                               deadline: float = PATIENCE) -> None:
         """A check that prints at least so many characters; in its midst a click on the
         other language, which is answered."""
         log, check = program.log_view, program.button(program.texts.check)
@@ -127,7 +128,7 @@ class FloodTest(EndToEndCase):
             nonlocal longest
             longest = max(longest, self.timed(lambda: check.name))
             return log.text_length() > printed and program.shows(RU.op_device_ready)
-        wait_until(ended, "the end of the check")
+        wait_until(ended, "the end of the check", deadline, lambda: str(log.text_length()))
         self.assertLess(longest, AT_HAND_SECONDS)
         program.wait_for_last_line(RU.exited.format(0))
 
@@ -197,26 +198,8 @@ class FloodTest(EndToEndCase):
         self.bundle.wrap_helper('[ "$1" = --info ] || export OXLADE_SIM=speed=max\n'
                                 'exec "$helper" "$@"')
         program = self.start(f"speed=max,flood-bytes={printed}")
-        texts, log, check = program.texts, program.log_view, program.button(program.texts.check)
         at_first = self.memory(program)
-        answer_to_a_click = self.answer_to_a_click(program)
-        program.press(texts.check)
-        wait_until(lambda: log.text_length() > 1_000_000, "the flood")
-        longest = answer_to_a_click()
-        texts = program.texts
-        self.assertLess(log.text_length(), printed, "the flood was over before the click")
-
-        def taken() -> bool:
-            nonlocal longest
-            longest = max(longest, self.timed(lambda: check.name))
-            return log.text_length() > printed
-        wait_until(taken, "all of it in the log", deadline=200,
-                   explain=lambda: str(log.text_length()))
-        self.assertLess(longest, AT_HAND_SECONDS)
-        program.wait_for(texts.op_device_ready)
-        length = log.text_length()
-        end = texts.exited.format(0) + "\n"
-        self.assertEqual(log.text(length - len(end), length), end)
+        self.check_while_looking_at(program, printed, deadline=200)
         self.assertLess(self.memory(program) - at_first, BYTES_OF_MEMORY_FOR_ONE_PRINTED * printed)
         program.flash()
         self.assert_flashed()

@@ -91,31 +91,32 @@ TEST_F(LoginManagerTest, TheLockArrivesAndIsTheCallersAlone) {
     EXPECT_TRUE(eventuallyInEventLoop([this] { return !isHeld(); }));
 }
 
-TEST_F(LoginManagerTest, RefusedIsAskedForLess) {
-    startLoginManager();
-    std::atomic<bool> hasArrived = false;
-    lock_.acquire([&hasArrived](Descriptor) { hasArrived = true; });
-    ASSERT_TRUE(isAsked());
-    refuse();
-    ASSERT_TRUE(isAsked(2));
+class RefusedLock : public LoginManagerTest {
+  protected:
+    // Asked for, refused, and asked for once more.
+    RefusedLock() {
+        startLoginManager();
+        lock_.acquire([this](Descriptor) { hasArrived_ = true; });
+        EXPECT_TRUE(isAsked());
+        refuse();
+        EXPECT_TRUE(isAsked(2));
+    }
+    std::atomic<bool> hasArrived_ = false;
+};
+
+TEST_F(RefusedLock, IsAskedForWithFewerReasons) {
     EXPECT_EQ(manager_->calls.back().arguments().at(0).toString(), QStringLiteral("sleep:idle"));
     answer();
-    EXPECT_TRUE(eventuallyInEventLoop([&] { return hasArrived.load(); }));
+    EXPECT_TRUE(eventuallyInEventLoop([this] { return hasArrived_.load(); }));
 }
 
-TEST_F(LoginManagerTest, ARefusalGivesNoLock) {
-    startLoginManager();
-    std::atomic<bool> hasArrived = false;
-    lock_.acquire([&hasArrived](Descriptor) { hasArrived = true; });
-    ASSERT_TRUE(isAsked());
-    refuse();
-    ASSERT_TRUE(isAsked(2));
+TEST_F(RefusedLock, NeverArrivesWhenItIsRefusedAgain) {
     refuse();
     lock_.acquire([](Descriptor) {}); // comes after the refusals
     ASSERT_TRUE(isAsked(3));
     answer();
     EXPECT_TRUE(eventuallyInEventLoop([this] { return !isHeld(); }));
-    EXPECT_FALSE(hasArrived);
+    EXPECT_FALSE(hasArrived_);
 }
 
 TEST_F(LoginManagerTest, ARunHasOneLockFromItsArrivalToTheHelpersEnd) {
