@@ -1,6 +1,5 @@
 #include "app/app_delegate.h"
 
-#include "i18n/language_choice.h"
 #include "i18n/string_table.h"
 #include "i18n/window_texts.h"
 
@@ -15,13 +14,24 @@ void AppDelegate::applicationDidFinishLaunching() {
     // Not through setOperation: there is nothing to refresh before the window stands.
     setOperationKey("op.ready");
     setOperationPercent(-1);
-    controls_.emplace(userInterface_.buildWindow(*this));
+    controls_.emplace(userInterface_.buildWindow(windowActions()));
     appendLog(std::string{L("log.started")} + '\n');
     useBundledFirmware();
     refreshTexts();
     updateButtons();
     controls_->window.makeKeyAndOrderFront();
     userInterface_.activateIgnoringOtherApps();
+}
+
+WindowActions AppDelegate::windowActions() {
+    return {
+        .checkDevice = [this] { checkDevice(); },
+        .useBundledFirmware = [this] { useBundledFirmware(); },
+        .chooseFirmware = [this] { chooseFirmware(); },
+        .installFirmware = [this] { installFirmware(); },
+        .languageChanged = [this] { languageChanged(); },
+        .openWebsite = [this] { openWebsite(); },
+    };
 }
 
 void AppDelegate::installMainMenu() { userInterface_.setMainMenu(menuTree()); }

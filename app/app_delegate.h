@@ -8,14 +8,14 @@
 // through setOperation) and updateButtons.
 #pragma once
 
-#include "app/controls.h"
-#include "app/device_state.h"
-#include "app/helper_mode.h"
+#include "app/completion.h"
 #include "app/output_parser.h"
 #include "app/output_text.h"
-#include "app/system.h"
-#include "app/user_interface.h"
 #include "i18n/window_texts.h"
+#include "interfaces/controls.h"
+#include "interfaces/device_state.h"
+#include "interfaces/system.h"
+#include "interfaces/user_interface.h"
 
 #include <cstdint>
 #include <memory>
@@ -115,6 +115,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void apply(const UploadComplete& report);
     void installCallbacks(const std::shared_ptr<HelperProcess>& task);
     void show(const WindowTexts& texts);
+    WindowActions windowActions();
 
     System system_;
     UserInterface& userInterface_;

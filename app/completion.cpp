@@ -1,7 +1,5 @@
 #include "app/completion.h"
 
-#include "app/helper_mode.h"
-
 namespace oxlade {
 
 Outcome outcomeOf(std::string_view mode, std::int32_t status) {

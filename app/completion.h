@@ -1,13 +1,21 @@
 // What the end of a run means, as a table. Pure.
 #pragma once
 
-#include "app/device_state.h"
+#include "interfaces/device_state.h"
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace oxlade {
+
+/// "info" or "install" while a helper runs, empty when none does; compared by
+/// content. Any other text is allowed and changes nothing when the run ends.
+using HelperMode = std::string;
+
+inline constexpr std::string_view infoMode = "info";
+inline constexpr std::string_view installMode = "install";
 
 enum class ClosingAlert { none, done, failed };
 

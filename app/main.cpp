@@ -1,12 +1,10 @@
 // Puts the pieces together and runs the event loop.
 #include "app/app_delegate.h"
 #include "app/build_facts.h"
-#include "i18n/language_choice.h"
 #include "i18n/string_table.h"
 #include "platform/bundle.h"
 #include "platform/desktop_settings.h"
 #include "platform/file_system.h"
-#include "platform/font_cache.h"
 #include "platform/helper_process.h"
 #include "platform/login_manager.h"
 #include "platform/main_queue.h"
@@ -14,6 +12,7 @@
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
 #include "ui/alerts.h"
+#include "ui/font_cache.h"
 #include "ui/qt_user_interface.h"
 
 #include <QApplication>

@@ -21,9 +21,9 @@ if(OXLADE_SANITIZE)
   add_link_options(-fsanitize=${OXLADE_SANITIZE})
 endif()
 
-# One floor; the folders add their sources with target_sources.
+# oxlade_library(NAME SOURCES...): what one folder builds.
 function(oxlade_library name)
-  add_library(${name} STATIC)
+  add_library(${name} STATIC ${ARGN})
   target_link_libraries(${name} PUBLIC oxlade_options)
 endfunction()
 

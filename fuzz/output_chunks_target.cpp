@@ -1,8 +1,8 @@
 // The helper's output, cut where the input says, through the whole controller.
 #include "fuzz/fuzz_target.h"
 #include "i18n/string_table.h"
-#include "tests/support/fake_program.h"
-#include "tests/support/run_model.h"
+#include "tests/testing/fake_program.h"
+#include "tests/testing/run_model.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 // Any bytes as the file of the user's settings.
 #include "fuzz/fuzz_target.h"
-#include "i18n/language_choice.h"
+#include "i18n/string_table.h"
 #include "platform/user_defaults.h"
 
 #include <QDir>

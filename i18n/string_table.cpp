@@ -188,6 +188,16 @@ static_assert(placeholdersAgree());
 
 } // namespace
 
+std::int64_t languageAtStart(const std::optional<std::string>& stored,
+                             std::span<const std::string> preferredLanguages) {
+    std::string_view code;
+    if (stored)
+        code = *stored;
+    else if (!preferredLanguages.empty())
+        code = preferredLanguages.front();
+    return code.starts_with("ru") ? 1 : 0;
+}
+
 std::span<const Translation, translationCount> translations() { return Translations; }
 
 std::string_view L(std::string_view key) {

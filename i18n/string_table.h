@@ -1,9 +1,11 @@
-// Every text that the program shows or logs, in English and Russian.
+// Every text that the program shows or logs, in English and Russian, and the choice of
+// the language.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,6 +15,14 @@ namespace oxlade {
 /// The language of the interface, the index into each entry's texts: 0 English,
 /// 1 Russian, and never anything else: nobody checks it. Main thread.
 extern std::int64_t CurrentLanguage;
+
+/// The key under which the user's choice is stored, as "en" or "ru".
+inline constexpr std::string_view interfaceLanguageKey = "InterfaceLanguage";
+
+/// 1 (Russian) or 0 (English). A stored choice wins whatever it holds; without one
+/// the first of the system's preferred languages (such as ru-RU) decides. Any thread.
+std::int64_t languageAtStart(const std::optional<std::string>& stored,
+                             std::span<const std::string> preferredLanguages);
 
 struct Translation {
     std::string_view key;

@@ -1,7 +1,7 @@
 #include "i18n/window_texts.h"
 
-#include "firmware/path_names.h"
 #include "i18n/string_table.h"
+#include "interfaces/path_names.h"
 
 namespace oxlade {
 
@@ -75,6 +75,18 @@ WindowTexts windowTexts(const WindowState& state) {
     texts.operation = L(state.operationKey);
     if (state.operationPercent >= 0) texts.percent = std::to_string(state.operationPercent) + '%';
     return texts;
+}
+
+MenuTree menuTree() {
+    const auto item = [](std::string_view key, MenuAction action, char keyEquivalent) {
+        return MenuItem{std::string{L(key)}, action, keyEquivalent};
+    };
+    return {
+        {"Oxlade", {item("menu.quit", MenuAction::terminate, 'q')}},
+        {std::string{L("menu.edit")},
+         {item("menu.copy", MenuAction::copy, 'c'),
+          item("menu.selectAll", MenuAction::selectAll, 'a')}},
+    };
 }
 
 } // namespace oxlade

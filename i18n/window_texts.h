@@ -1,8 +1,9 @@
-// Everything that the window shows as text and colour, as one value. Pure.
+// Everything that the window and its menu bar show as text and colour, as values. Pure.
 #pragma once
 
-#include "app/device_state.h"
-#include "ui/semantic_color.h"
+#include "interfaces/colors.h"
+#include "interfaces/device_state.h"
+#include "interfaces/menu.h"
 
 #include <cstdint>
 #include <optional>
@@ -37,6 +38,9 @@ struct WindowTexts {
 
 /// In the current language. Main thread.
 WindowTexts windowTexts(const WindowState& state);
+
+/// The whole menu bar in the current language. Main thread.
+MenuTree menuTree();
 
 /// A size in bytes as mebibytes with one decimal and a point, such as "3.0 MB":
 /// rounded as the C library prints it, whatever the locale.

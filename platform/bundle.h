@@ -1,7 +1,7 @@
 // The program's own bundle, found from where its executable stands. Main thread.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 
 #include <QByteArrayView>
 

@@ -6,13 +6,13 @@
 // Mac to build it on.
 #pragma once
 
+#include "interfaces/colors.h"
+
 #include <functional>
 #include <memory>
 #include <optional>
 
 namespace oxlade {
-
-enum class ColorScheme { dark, light };
 
 /// Main thread, made after the application object and gone before it. Asks when it
 /// is made and returns at once: until an answer is here, and where none ever

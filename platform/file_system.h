@@ -1,7 +1,7 @@
 // Files as the system has them.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 
 namespace oxlade {
 

@@ -1,7 +1,7 @@
 // Makes the runs of the helper.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 #include "platform/sleep_lock.h"
 
 #include <memory>

@@ -6,7 +6,7 @@
 // more waits for the keeper's end, and one for the login manager's answer.)
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 #include "platform/descriptor.h"
 #include "platform/keeper.h"
 #include "platform/sleep_lock.h"

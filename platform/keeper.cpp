@@ -1,6 +1,6 @@
 #include "platform/keeper.h"
 
-#include "platform/keeper_protocol.h"
+#include "interfaces/keeper_protocol.h"
 #include "platform/spawn.h"
 
 #include <cerrno>

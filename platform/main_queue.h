@@ -1,7 +1,7 @@
 // The one door from other threads to the main thread.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 #include "platform/descriptor.h"
 
 #include <chrono>

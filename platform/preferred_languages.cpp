@@ -1,14 +1,12 @@
 #include "platform/preferred_languages.h"
 
-#include "platform/text.h"
-
 #include <QLocale>
 
 namespace oxlade {
 
 std::vector<std::string> preferredLanguages() {
     std::vector<std::string> names;
-    for (const QString& name : QLocale::system().uiLanguages()) names.push_back(toUtf8(name));
+    for (const QString& name : QLocale::system().uiLanguages()) names.push_back(name.toStdString());
     return names;
 }
 

@@ -1,7 +1,5 @@
 #include "platform/user_defaults.h"
 
-#include "platform/text.h"
-
 #include <QStringList>
 #include <QVariant>
 
@@ -10,6 +8,10 @@ namespace oxlade {
 namespace {
 
 QString program() { return QStringLiteral("Oxlade"); }
+
+QString toQString(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
 
 } // namespace
 
@@ -24,7 +26,7 @@ std::optional<std::string> StoredUserDefaults::string(std::string_view key) cons
     const bool isText =
         value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QByteArray;
     if (!isText) return std::nullopt;
-    return toUtf8(value.toString());
+    return value.toString().toStdString();
 }
 
 void StoredUserDefaults::setString(std::string_view key, std::string_view value) {

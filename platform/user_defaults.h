@@ -1,7 +1,7 @@
 // The user's settings, in the system's own per-user store.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 
 #include <QSettings>
 

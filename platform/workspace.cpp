@@ -1,14 +1,13 @@
 #include "platform/workspace.h"
 
-#include "platform/text.h"
-
 #include <QDesktopServices>
 #include <QUrl>
 
 namespace oxlade {
 
 void DesktopWorkspace::openUrl(std::string_view address) {
-    QDesktopServices::openUrl(QUrl(toQString(address)));
+    QDesktopServices::openUrl(
+        QUrl(QString::fromUtf8(address.data(), static_cast<qsizetype>(address.size()))));
 }
 
 } // namespace oxlade

@@ -1,7 +1,7 @@
 // The rest of the user's desktop.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 
 namespace oxlade {
 

@@ -15,11 +15,11 @@ constexpr int side = 48;
 QColor fill(AlertStyle style) {
     switch (style) {
     case AlertStyle::informational:
-        return accentColor(Scheme::light);
+        return accentColor(ColorScheme::light);
     case AlertStyle::warning:
-        return color(SemanticColor::systemOrangeColor, Scheme::light);
+        return color(SemanticColor::systemOrangeColor, ColorScheme::light);
     case AlertStyle::critical:
-        return color(SemanticColor::systemRedColor, Scheme::light);
+        return color(SemanticColor::systemRedColor, ColorScheme::light);
     }
     return {};
 }

@@ -1,7 +1,7 @@
 // The picture beside an alert's text. Main thread.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 
 #include <QPixmap>
 

@@ -1,10 +1,10 @@
 #include "ui/alerts.h"
 
 #include "i18n/string_table.h"
-#include "platform/text.h"
 #include "ui/alert_icon.h"
 #include "ui/fonts.h"
 #include "ui/push_button.h"
+#include "ui/text.h"
 
 #include <QCoreApplication>
 #include <QDir>

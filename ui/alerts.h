@@ -2,7 +2,7 @@
 // until they are answered.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 
 #include <QString>
 

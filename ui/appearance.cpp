@@ -16,7 +16,7 @@ Appearance::~Appearance() {
     QApplication::setPalette(QPalette{});
 }
 
-void Appearance::setPreference(std::optional<Scheme> preference) {
+void Appearance::setPreference(std::optional<ColorScheme> preference) {
     preference_ = preference;
     apply();
 }
@@ -41,7 +41,7 @@ void Appearance::readDesktop() {
 
 void Appearance::apply() {
     const QScopedValueRollback guard{applying_, true};
-    const Scheme scheme = preference_.value_or(schemeOf(desktop_));
+    const ColorScheme scheme = preference_.value_or(schemeOf(desktop_));
     QApplication::setPalette(interfacePalette(scheme, accentOf(desktop_, scheme)));
 }
 

@@ -19,7 +19,7 @@ class Appearance final : public QObject {
 
     /// What the user asked the desktop for; nothing: judged by the palette that
     /// the desktop gives.
-    void setPreference(std::optional<Scheme> preference);
+    void setPreference(std::optional<ColorScheme> preference);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -28,7 +28,7 @@ class Appearance final : public QObject {
     void apply();
 
     QPalette desktop_;
-    std::optional<Scheme> preference_;
+    std::optional<ColorScheme> preference_;
     bool applying_ = false;
 };
 

@@ -7,18 +7,18 @@
 namespace oxlade {
 namespace {
 
-QColor ink(Scheme scheme, double alpha) {
-    QColor result = scheme == Scheme::dark ? Qt::white : Qt::black;
+QColor ink(ColorScheme scheme, double alpha) {
+    QColor result = scheme == ColorScheme::dark ? Qt::white : Qt::black;
     result.setAlphaF(static_cast<float>(alpha));
     return result;
 }
 
 QColor shade(const QColor& fill, double blackness) {
-    return over(ink(Scheme::light, blackness), fill);
+    return over(ink(ColorScheme::light, blackness), fill);
 }
 
 ButtonColors filledColors(const QPalette& palette, const ButtonState& state) {
-    const Scheme scheme = schemeOf(palette);
+    const ColorScheme scheme = schemeOf(palette);
     if (!state.enabled)
         return {ink(scheme, 0.07), ink(scheme, 0.03),
                 color(SemanticColor::tertiaryLabelColor, scheme)};
@@ -33,8 +33,8 @@ ButtonColors filledColors(const QPalette& palette, const ButtonState& state) {
 }
 
 ButtonColors plainColors(const QPalette& palette, const ButtonState& state) {
-    const Scheme scheme = schemeOf(palette);
-    const bool dark = scheme == Scheme::dark;
+    const ColorScheme scheme = schemeOf(palette);
+    const bool dark = scheme == ColorScheme::dark;
     if (!state.enabled)
         return {ink(scheme, dark ? 0.04 : 0.02), ink(scheme, 0.06),
                 color(SemanticColor::tertiaryLabelColor, scheme)};
@@ -72,10 +72,10 @@ ButtonColors buttonColors(const QPalette& palette, const ButtonState& state) {
 }
 
 SwitchColors switchColors(const QPalette& palette) {
-    const Scheme scheme = schemeOf(palette);
-    const bool dark = scheme == Scheme::dark;
+    const ColorScheme scheme = schemeOf(palette);
+    const bool dark = scheme == ColorScheme::dark;
     return {ink(scheme, dark ? 0.09 : 0.07), dark ? QColor{0x62, 0x62, 0x68} : QColor{Qt::white},
-            ink(Scheme::light, dark ? 0.20 : 0.10), color(SemanticColor::labelColor, scheme),
+            ink(ColorScheme::light, dark ? 0.20 : 0.10), color(SemanticColor::labelColor, scheme),
             color(SemanticColor::secondaryLabelColor, scheme)};
 }
 

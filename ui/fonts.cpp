@@ -1,7 +1,7 @@
 #include "ui/fonts.h"
 
-#include "platform/font_cache.h"
-#include "platform/text.h"
+#include "ui/font_cache.h"
+#include "ui/text.h"
 
 #include <QApplication>
 #include <QFontDatabase>

@@ -1,6 +1,6 @@
 #include "ui/labels.h"
 
-#include "platform/text.h"
+#include "ui/text.h"
 
 #include <QAccessible>
 

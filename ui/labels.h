@@ -1,7 +1,7 @@
 // The labels that the controller sets. Main thread.
 #pragma once
 
-#include "app/controls.h"
+#include "interfaces/controls.h"
 #include "ui/text_field.h"
 
 namespace oxlade {

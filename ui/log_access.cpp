@@ -1,6 +1,7 @@
 #include "ui/log_access.h"
 
 #include "ui/log_text_view.h"
+#include "ui/text.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -164,8 +165,6 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
 };
 
 } // namespace
-
-QString withVisibleNuls(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
 
 QAccessibleInterface* makeLogAccess(LogTextView& log) { return new LogAccess{log}; }
 

@@ -1,9 +1,8 @@
 #include "ui/log_text_view.h"
 
-#include "platform/text.h"
 #include "ui/fonts.h"
-#include "ui/log_access.h"
 #include "ui/slim_scroll_bar.h"
+#include "ui/text.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QAccessible>

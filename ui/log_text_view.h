@@ -7,7 +7,7 @@
 // Main thread.
 #pragma once
 
-#include "app/controls.h"
+#include "interfaces/controls.h"
 #include "ui/focus_ring.h"
 #include "ui/log_text.h"
 

@@ -1,8 +1,8 @@
 #include "ui/main_menu.h"
 
-#include "platform/text.h"
 #include "ui/log_text_view.h"
 #include "ui/palette.h"
+#include "ui/text.h"
 
 #include <QApplication>
 #include <QMainWindow>

@@ -5,7 +5,7 @@
 // that had it before counts.
 #pragma once
 
-#include "ui/menu_tree.h"
+#include "interfaces/menu.h"
 
 #include <QMenuBar>
 #include <QObject>

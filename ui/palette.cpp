@@ -94,46 +94,46 @@ QColor styleHighlight() {
 
 } // namespace
 
-Scheme schemeOf(const QPalette& palette) {
+ColorScheme schemeOf(const QPalette& palette) {
     const auto brightness = [&](QPalette::ColorRole role) {
         return luminance(palette.color(QPalette::Active, role));
     };
-    return brightness(QPalette::Window) < brightness(QPalette::WindowText) ? Scheme::dark
-                                                                           : Scheme::light;
+    return brightness(QPalette::Window) < brightness(QPalette::WindowText) ? ColorScheme::dark
+                                                                           : ColorScheme::light;
 }
 
-QColor color(SemanticColor role, Scheme scheme) {
-    return scheme == Scheme::dark ? darkColor(role) : lightColor(role);
+QColor color(SemanticColor role, ColorScheme scheme) {
+    return scheme == ColorScheme::dark ? darkColor(role) : lightColor(role);
 }
 
 QColor color(SemanticColor role, const QPalette& palette) { return color(role, schemeOf(palette)); }
 
-QColor groundColor(Scheme scheme) {
-    return scheme == Scheme::dark ? QColor{0x26, 0x26, 0x29} : QColor{0xEF, 0xEF, 0xF2};
+QColor groundColor(ColorScheme scheme) {
+    return scheme == ColorScheme::dark ? QColor{0x26, 0x26, 0x29} : QColor{0xEF, 0xEF, 0xF2};
 }
 
-QColor cardColor(Scheme scheme) {
+QColor cardColor(ColorScheme scheme) {
     return over(faded(color(SemanticColor::controlBackgroundColor, scheme), 0.6),
                 groundColor(scheme));
 }
 
-QColor logColor(Scheme scheme) {
+QColor logColor(ColorScheme scheme) {
     return over(faded(color(SemanticColor::textBackgroundColor, scheme), 0.55),
                 groundColor(scheme));
 }
 
-QColor accentColor(Scheme scheme) {
-    return scheme == Scheme::dark ? QColor{0x2B, 0x71, 0xE3} : QColor{0x0A, 0x68, 0xE8};
+QColor accentColor(ColorScheme scheme) {
+    return scheme == ColorScheme::dark ? QColor{0x2B, 0x71, 0xE3} : QColor{0x0A, 0x68, 0xE8};
 }
 
-QColor accentOf(const QPalette& desktop, Scheme scheme) {
+QColor accentOf(const QPalette& desktop, ColorScheme scheme) {
     QColor highlight = desktop.color(QPalette::Active, QPalette::Highlight);
     highlight.setAlpha(255);
     const bool stands = contrast(highlight, cardColor(scheme)) >= 1.8;
     return stands && highlight != styleHighlight() ? highlight : accentColor(scheme);
 }
 
-QPalette interfacePalette(Scheme scheme, const QColor& accent) {
+QPalette interfacePalette(ColorScheme scheme, const QColor& accent) {
     const QColor ground = groundColor(scheme);
     const QColor text = over(color(SemanticColor::labelColor, scheme), ground);
     const QColor field =

@@ -4,38 +4,35 @@
 // and so follows every change of the desktop's appearance.
 #pragma once
 
-#include "platform/desktop_settings.h"
-#include "ui/semantic_color.h"
+#include "interfaces/colors.h"
 
 #include <QColor>
 #include <QPalette>
 
 namespace oxlade {
 
-using Scheme = ColorScheme;
-
 /// Dark when the palette's window is darker than the text on it.
-Scheme schemeOf(const QPalette& palette);
+ColorScheme schemeOf(const QPalette& palette);
 
 /// Mostly translucent: meant to be painted over what lies below.
-QColor color(SemanticColor role, Scheme scheme);
+QColor color(SemanticColor role, ColorScheme scheme);
 QColor color(SemanticColor role, const QPalette& palette);
 
 /// The opaque ground under the whole window.
-QColor groundColor(Scheme scheme);
+QColor groundColor(ColorScheme scheme);
 /// The fill of a card, and of the log, over the ground.
-QColor cardColor(Scheme scheme);
-QColor logColor(Scheme scheme);
+QColor cardColor(ColorScheme scheme);
+QColor logColor(ColorScheme scheme);
 
 /// The accent where the desktop names none.
-QColor accentColor(Scheme scheme);
+QColor accentColor(ColorScheme scheme);
 /// The desktop's highlight colour, or ours where that is only the style's own or
 /// could not be told from the ground.
-QColor accentOf(const QPalette& desktop, Scheme scheme);
+QColor accentOf(const QPalette& desktop, ColorScheme scheme);
 
 /// A whole palette for the application, so that menus, alerts and tool tips match
 /// the window.
-QPalette interfacePalette(Scheme scheme, const QColor& accent);
+QPalette interfacePalette(ColorScheme scheme, const QColor& accent);
 
 /// `top` painted on the opaque `below`.
 QColor over(const QColor& top, const QColor& below);

@@ -1,10 +1,10 @@
 #include "ui/push_button.h"
 
-#include "platform/text.h"
 #include "ui/control_drawing.h"
 #include "ui/fonts.h"
 #include "ui/palette.h"
 #include "ui/status_views.h"
+#include "ui/text.h"
 #include "ui/text_drawing.h"
 
 #include <QEvent>
@@ -23,7 +23,7 @@ QString shownText(QString text) { return text.replace(QStringLiteral("&&"), QStr
 
 /// What a button lies on.
 QColor groundOf(const QWidget& button) {
-    const Scheme scheme = schemeOf(button.palette());
+    const ColorScheme scheme = schemeOf(button.palette());
     const bool onCard = dynamic_cast<const CardView*>(button.parentWidget()) != nullptr;
     return onCard ? cardColor(scheme) : groundColor(scheme);
 }

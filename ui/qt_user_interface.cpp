@@ -1,6 +1,5 @@
 #include "ui/qt_user_interface.h"
 
-#include "app/app_delegate.h"
 #include "ui/accessibility.h"
 #include "ui/appearance.h"
 #include "ui/fonts.h"
@@ -25,15 +24,7 @@ QtUserInterface::QtUserInterface(WindowContext context)
 
 QtUserInterface::~QtUserInterface() = default;
 
-Controls QtUserInterface::buildWindow(AppDelegate& target) {
-    const WindowActions actions{
-        .checkDevice = [&target] { target.checkDevice(); },
-        .useBundledFirmware = [&target] { target.useBundledFirmware(); },
-        .chooseFirmware = [&target] { target.chooseFirmware(); },
-        .installFirmware = [&target] { target.installFirmware(); },
-        .languageChanged = [&target] { target.languageChanged(); },
-        .openWebsite = [&target] { target.openWebsite(); },
-    };
+Controls QtUserInterface::buildWindow(WindowActions actions) {
     window_ = std::make_unique<MainWindow>(context_, actions);
     window_->setMenu(menu_);
     return window_->controls();
@@ -48,7 +39,7 @@ void QtUserInterface::activateIgnoringOtherApps() {
     if (window_) window_->activateWindow();
 }
 
-void QtUserInterface::setColorScheme(std::optional<Scheme> preference) {
+void QtUserInterface::setColorScheme(std::optional<ColorScheme> preference) {
     appearance_->setPreference(preference);
 }
 

@@ -2,7 +2,7 @@
 // panels that they stand on. Main thread.
 #pragma once
 
-#include "app/controls.h"
+#include "interfaces/controls.h"
 
 #include <QWidget>
 

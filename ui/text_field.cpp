@@ -1,8 +1,8 @@
 #include "ui/text_field.h"
 
-#include "platform/text.h"
 #include "ui/fonts.h"
 #include "ui/palette.h"
+#include "ui/text.h"
 #include "ui/text_drawing.h"
 
 #include <QAccessible>

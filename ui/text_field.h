@@ -4,7 +4,7 @@
 // shortened as its style says; it never changes the frame. Main thread.
 #pragma once
 
-#include "ui/semantic_color.h"
+#include "interfaces/colors.h"
 
 #include <QFont>
 #include <QStringList>

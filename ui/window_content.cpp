@@ -1,9 +1,9 @@
 #include "ui/window_content.h"
 
 #include "i18n/string_table.h"
-#include "platform/text.h"
 #include "ui/control_drawing.h"
 #include "ui/layout.h"
+#include "ui/text.h"
 
 #include <QApplication>
 #include <QPainter>

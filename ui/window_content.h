@@ -1,10 +1,10 @@
 // Everything that stands in the window, built once. Main thread.
 #pragma once
 
+#include "interfaces/user_interface.h"
 #include "ui/labels.h"
 #include "ui/log_text_view.h"
 #include "ui/push_button.h"
-#include "ui/qt_user_interface.h"
 #include "ui/segmented_switch.h"
 #include "ui/sprites/wait_girl_view.h"
 #include "ui/status_views.h"
@@ -12,13 +12,17 @@
 #include <QSize>
 
 #include <functional>
+#include <string>
 
 namespace oxlade {
 
-/// What the controls call.
-struct WindowActions {
-    std::function<void()> checkDevice, useBundledFirmware, chooseFirmware, installFirmware,
-        languageChanged, openWebsite;
+/// What the window has to be told of the program.
+struct WindowContext {
+    std::string version;      ///< for the credit line; may be empty
+    std::string websiteLabel; ///< the title of the website link: the host's name
+    /// Whether the user wants less motion; asked at each start of the figure, and
+    /// expected to answer at once. Empty: never.
+    std::function<bool()> reduceMotion;
 };
 
 /// In points.

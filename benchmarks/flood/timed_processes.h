@@ -1,7 +1,7 @@
 // Helper runs that are as those they stand before, and take their time.
 #pragma once
 
-#include "app/system.h"
+#include "interfaces/system.h"
 
 #include <atomic>
 #include <chrono>

@@ -2,7 +2,7 @@
 // one question for the file's size. The controls of this window do nothing.
 #include "app/app_delegate.h"
 #include "i18n/window_texts.h"
-#include "tests/support/fake_system.h"
+#include "tests/testing/fake_system.h"
 
 #include <benchmark/benchmark.h>
 
@@ -41,7 +41,7 @@ class QuietWindow final : public Window {
 };
 
 class QuietInterface final : public UserInterface {
-    Controls buildWindow(AppDelegate&) override {
+    Controls buildWindow(WindowActions) override {
         return {window_, label_,  segments_, figure_, label_, dot_,   label_,
                 label_,  label_,  label_,    label_,  label_, label_, button_,
                 button_, button_, button_,   bar_,    log_};

@@ -3,7 +3,7 @@
 // update of the buttons ends with those that are enabled.
 #pragma once
 
-#include "tests/support/fixture.h"
+#include "tests/testing/fixture.h"
 
 namespace oxlade::test {
 

@@ -1,5 +1,5 @@
 // What each report does to the window.
-#include "tests/support/fixture.h"
+#include "tests/testing/fixture.h"
 
 namespace oxlade::test {
 

@@ -1,7 +1,7 @@
 // Whole runs against a model that is told the rules in the plainest words: both must
 // end in the same state, whatever was printed and however it was cut.
-#include "tests/support/fixture.h"
-#include "tests/support/run_model.h"
+#include "tests/testing/fixture.h"
+#include "tests/testing/run_model.h"
 
 #include <filesystem>
 #include <fstream>

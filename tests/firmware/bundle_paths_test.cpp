@@ -1,4 +1,4 @@
-#include "tests/support/fixture.h"
+#include "tests/testing/fixture.h"
 
 namespace oxlade::test {
 

@@ -1,4 +1,4 @@
-#include "firmware/path_names.h"
+#include "interfaces/path_names.h"
 
 #include <gtest/gtest.h>
 

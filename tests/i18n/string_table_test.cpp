@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <set>
+#include <vector>
 
 namespace oxlade::test {
 
@@ -88,6 +89,23 @@ TEST_F(StringTable, ATemplateIsFilledOnceAndItsValueIsNotReadAsATemplate) {
     EXPECT_EQ(filled("code %d.", "-1"), "code -1.");
     EXPECT_EQ(filled("x %@", "%@ %d %s %n"), "x %@ %d %s %n");
     EXPECT_EQ(filled("none", "value"), "none");
+}
+
+using Languages = std::vector<std::string>;
+
+TEST(LanguageChoice, AStoredChoiceWinsWhateverItHolds) {
+    EXPECT_EQ(languageAtStart("ru", Languages{"en-US"}), 1);
+    EXPECT_EQ(languageAtStart("rubbish", Languages{"en-US"}), 1);
+    for (const auto* stored : {"en", "", "fr", "RU", "Ru", " ru"})
+        EXPECT_EQ(languageAtStart(stored, Languages{"ru-RU"}), 0) << stored;
+}
+
+TEST(LanguageChoice, WithoutAStoredChoiceTheFirstPreferredLanguageDecides) {
+    EXPECT_EQ(languageAtStart(std::nullopt, Languages{"ru-RU", "en-US"}), 1);
+    EXPECT_EQ(languageAtStart(std::nullopt, Languages{"ru"}), 1);
+    EXPECT_EQ(languageAtStart(std::nullopt, Languages{"uk-UA", "ru-RU"}), 0);
+    EXPECT_EQ(languageAtStart(std::nullopt, Languages{"en-US"}), 0);
+    EXPECT_EQ(languageAtStart(std::nullopt, Languages{}), 0);
 }
 
 } // namespace oxlade::test

@@ -128,7 +128,7 @@ class PackagingTest(unittest.TestCase):
                          OXLADE_HELPER=self.helper_file, **{flashes_by_itself: "ON"})
         for website in ("nonsense", "http://oxlade.example/", "https://", "https://a b/",
                         'https://oxlade.example/"; int x; //', ""):
-            self.refuses(f"OXLADE_WEBSITE is no https address: {website}".strip(),
+            self.refuses(f"OXLADE_WEBSITE is not an https address: {website}".strip(),
                          OXLADE_WEBSITE=website)
 
 

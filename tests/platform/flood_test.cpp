@@ -3,8 +3,8 @@
 // plainest words, make of the very chunks that were read.
 #include "platform/helper_process.h"
 #include "platform/main_queue.h"
-#include "tests/support/fake_program.h"
-#include "tests/support/run_model.h"
+#include "tests/testing/fake_program.h"
+#include "tests/testing/run_model.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

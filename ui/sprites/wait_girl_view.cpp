@@ -1,6 +1,5 @@
 #include "ui/sprites/wait_girl_view.h"
 
-#include "ui/layout.h"
 #include "ui/sprites/picture_geometry.h"
 #include "ui/sprites/sprite_decoder.h"
 #include "ui/sprites/wait_girl_frames.h"
@@ -79,10 +78,12 @@ void WaitGirlView::paintEvent(QPaintEvent*) {
                             screenCorner);
     if (frameIndex() >= frames_.size()) return;
     const PictureRect target = placePicture({0, 0, double(width()), double(height())}).target;
-    const QRect place{int(target.x), int(target.y), int(target.width), int(target.height)};
+    // The target counts y upwards from the bottom edge.
+    const QRect place{int(target.x), height() - int(target.y) - int(target.height),
+                      int(target.width), int(target.height)};
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.drawImage(fromBottomLeft(place, height()), frames_[frameIndex()]);
+    painter.drawImage(place, frames_[frameIndex()]);
 }
 
 } // namespace oxlade

@@ -3,7 +3,7 @@
 // Main thread.
 #pragma once
 
-#include "app/controls.h"
+#include "interfaces/controls.h"
 #include "ui/sprites/frame_sequence.h"
 
 #include <QImage>

@@ -1,0 +1,29 @@
+// A user interface that gives fake controls and keeps the menu.
+#pragma once
+
+#include "interfaces/user_interface.h"
+#include "tests/testing/fake_controls.h"
+
+namespace oxlade::test {
+
+class FakeInterface final : public UserInterface {
+  public:
+    FakeInterface(Trace& trace, FakeControls& controls) : trace_{trace}, controls_{controls} {}
+    Controls buildWindow(WindowActions) override {
+        trace_.add("buildWindow");
+        return controls_.references();
+    }
+    void setMainMenu(const MenuTree& newMenu) override {
+        menu = newMenu;
+        trace_.add("setMainMenu");
+    }
+    void activateIgnoringOtherApps() override { trace_.add("activateIgnoringOtherApps"); }
+
+    MenuTree menu;
+
+  private:
+    Trace& trace_;
+    FakeControls& controls_;
+};
+
+} // namespace oxlade::test

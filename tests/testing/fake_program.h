@@ -1,0 +1,43 @@
+// The controller among fakes: a whole program that shows nothing and starts nothing.
+#pragma once
+
+#include "app/app_delegate.h"
+#include "tests/testing/fake_controls.h"
+#include "tests/testing/fake_interface.h"
+#include "tests/testing/fake_system.h"
+
+#include <utility>
+
+namespace oxlade::test {
+
+/// Not started yet; its bundle holds a helper and an image, a valid one of 3 MiB.
+struct FakeProgram {
+    explicit FakeProgram(std::string image = validImage(3'145'728)) {
+        files.files[bundledHelper] = {"", true};
+        files.files[bundledImage] = {std::move(image), false};
+    }
+
+    std::shared_ptr<FakeProcess> helper() { return processes.last.lock(); }
+    void print(std::string_view bytes) {
+        helper()->print(bytes);
+        queue->run();
+    }
+    void exit(std::int32_t status) {
+        helper()->exit(status);
+        queue->run();
+    }
+
+    Trace trace;
+    FakeControls controls{trace};
+    FakeInterface interface { trace, controls };
+    FakeFiles files;
+    std::shared_ptr<FakeQueue> queue = std::make_shared<FakeQueue>();
+    FakeProcesses processes{trace};
+    FakeDefaults defaults{trace};
+    FakeDialogs dialogs{trace};
+    std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(
+        System{queue, processes, files, files, defaults, dialogs, dialogs}, interface,
+        "https://oxlade.example/");
+};
+
+} // namespace oxlade::test

@@ -1,0 +1,34 @@
+#include "ui/text.h"
+
+#include <gtest/gtest.h>
+
+using namespace std::string_view_literals;
+
+namespace oxlade {
+namespace {
+
+TEST(Text, EveryCharacterComesBackAsItWas) {
+    for (const std::string_view text :
+         {""sv, "plain"sv, "\xD0\x96\xE2\x80\xA6\xF0\x9F\x8E\xB9"sv, "a\0b"sv, "\0"sv,
+          "\xEF\xBB\xBF"
+          "mark"sv,
+          "in\xEF\xBB\xBFside"sv, "\xEF\xBB\xBF\xEF\xBB\xBF"sv, "\xE2\x80\xAErtl"sv}) {
+        EXPECT_EQ(toUtf8(toQString(text)), text);
+    }
+}
+
+TEST(Text, ALeadingByteOrderMarkIsACharacterLikeAnyOther) {
+    const QString text = toQString("\xEF\xBB\xBFx"sv);
+    ASSERT_EQ(text.size(), 2);
+    EXPECT_EQ(text.at(0), QChar(0xFEFF));
+}
+
+TEST(Text, BytesThatAreNoUtf8AreReplacedAndTheRestIsKept) {
+    EXPECT_EQ(toQString("a\xFF"
+                        "b"sv),
+              QStringLiteral(u"a\uFFFDb"));
+    EXPECT_EQ(toQString("a\xD0"sv), QStringLiteral(u"a\uFFFD"));
+}
+
+} // namespace
+} // namespace oxlade
