@@ -53,10 +53,10 @@ class FakeLabel final : public FileLabel, Named {
     using Named::Named;
     void setStringValue(std::string_view value) override {
         if (name_ == "subtitleLabel") trace_.add("refreshTexts");
-        keep(text, std::string{value}, quoted(value));
+        keep(text, std::string{value}, inQuotes(value));
     }
     void setToolTip(std::string_view value) override {
-        keep(toolTip, std::string{value}, "tool tip " + quoted(value));
+        keep(toolTip, std::string{value}, "tool tip " + inQuotes(value));
     }
     void setTextColor(SemanticColor value) override { keep(color, value, nameOf(value)); }
 
@@ -76,7 +76,7 @@ class FakeButton final : public Button, Named {
     FakeButton(Trace& trace, std::string name, std::string& enabledNow)
         : Named{trace, std::move(name)}, enabledNow_{enabledNow} {}
     void setTitle(std::string_view value) override {
-        keep(title, std::string{value}, quoted(value));
+        keep(title, std::string{value}, inQuotes(value));
     }
     void setEnabled(bool value) override {
         enabled = value;
@@ -116,7 +116,7 @@ class FakeLog final : public LogView {
     void append(std::string_view added) override {
         text += added;
         ++appends;
-        trace_.add("log " + quoted(added));
+        trace_.add("log " + inQuotes(added));
     }
     std::string text;
     int appends = 0;

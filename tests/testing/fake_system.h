@@ -141,7 +141,7 @@ class FakeDefaults final : public UserDefaults {
         return value->second;
     }
     void setString(std::string_view key, std::string_view value) override {
-        trace_.add("store " + std::string{key} + ' ' + quoted(value));
+        trace_.add("store " + std::string{key} + ' ' + inQuotes(value));
         values[std::string{key}] = value;
     }
     std::map<std::string, std::string> values;
@@ -156,14 +156,14 @@ class FakeDialogs final : public Dialogs, public Workspace {
     bool runAlert(const Alert& alert) override {
         static constexpr const char* styles[] = {"informational", "warning", "critical"};
         std::string line = std::string{styles[static_cast<int>(alert.style)]} + " alert " +
-                           quoted(alert.messageText) + " / " + quoted(alert.informativeText);
+                           inQuotes(alert.messageText) + " / " + inQuotes(alert.informativeText);
         for (const auto& button : alert.buttons) line += " [" + button + ']';
         trace_.add(line);
         if (duringAlert) std::exchange(duringAlert, {})();
         return answerFirst;
     }
     std::optional<std::string> runOpenPanel(const OpenPanel& panel) override {
-        trace_.add("open panel " + quoted(panel.message) + " *." + panel.fileNameExtension);
+        trace_.add("open panel " + inQuotes(panel.message) + " *." + panel.fileNameExtension);
         return chosenFile;
     }
     void openUrl(std::string_view address) override { trace_.add("open " + std::string{address}); }

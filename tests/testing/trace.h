@@ -24,7 +24,7 @@ class Trace {
 };
 
 /// In quotation marks, line feeds and the like made visible.
-inline std::string quoted(std::string_view text) {
+inline std::string inQuotes(std::string_view text) {
     std::string result{"\""};
     for (const char c : text) {
         if (c == '\n')
