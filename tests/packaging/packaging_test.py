@@ -1,80 +1,15 @@
-"""What stands in the bundle for what a packager chose, in one build folder after
-another choice as well as in a new one.
+"""The bundle in the build tree for what a packager chose, in a new build folder and in one
+with an earlier choice.
 """
-import os
-import subprocess
-import tempfile
+import shutil
 import unittest
-from pathlib import Path
 
-SOURCE = Path(os.environ["OXLADE_SOURCE"])
-CMAKE = os.environ["OXLADE_CMAKE"]
-AT_MOST_SECONDS = 200
-ONLY_FOR_THE_SIMULATOR = b"simulator only"
+from packager import ALWAYS, IMAGE, ONLY_FOR_THE_SIMULATOR, Packager
 
 
-class PackagingTest(unittest.TestCase):
-    folder: Path
-    build: Path
-
-    @classmethod
-    def setUpClass(cls) -> None:
-        folder = tempfile.TemporaryDirectory(prefix="oxlade-packaging-", ignore_cleanup_errors=True)
-        cls.addClassCleanup(folder.cleanup)
-        cls.folder = Path(folder.name)
-        cls.build = cls.folder / "build"
-        cls.helper_file = cls.folder / "some-helper"
-        cls.helper_file.write_bytes(b"#!/bin/sh\necho the real one\n")
-        cls.helper_file.chmod(0o700)
-        cls.image_file = cls.folder / "some image.bin"
-        cls.image_file.write_bytes(bytes(range(256)) * 4096)
-        cls.image_file.chmod(0o600)
-
-    def configure(self, **chosen: object) -> "subprocess.CompletedProcess[str]":
-        """What is not chosen is as a fresh clone has it."""
-        variables = {"OXLADE_HELPER": "", "OXLADE_FIRMWARE": "",
-                     "OXLADE_WEBSITE": "https://oxlade.example/", "OXLADE_BUILD_TESTS": "OFF",
-                     "OXLADE_BUILD_BENCHMARKS": "OFF", "CMAKE_BUILD_TYPE": "Debug",
-                     "CMAKE_CXX_COMPILER": os.environ["OXLADE_COMPILER"],
-                     "CMAKE_CXX_COMPILER_LAUNCHER": os.environ["OXLADE_LAUNCHER"]}
-        words = [f"-D{name}={value}" for name, value in {**variables, **chosen}.items()]
-        return self.run_command(CMAKE, "-S", str(SOURCE), "-B", str(self.build),
-                                "-G", os.environ["OXLADE_GENERATOR"], *words)
-
-    def run_command(self, *command: str) -> "subprocess.CompletedProcess[str]":
-        return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                              stderr=subprocess.STDOUT, text=True, timeout=AT_MOST_SECONDS,
-                              check=False)
-
-    def succeeds(self, result: "subprocess.CompletedProcess[str]") -> None:
-        self.assertEqual(result.returncode, 0, result.stdout)
-
-    def make(self, **chosen: object) -> None:
-        self.succeeds(self.configure(**chosen))
-        self.succeeds(self.run_command(CMAKE, "--build", str(self.build), "--target",
-                                       "oxlade_bundle_files", "--parallel", "2"))
-
-    @property
-    def contents(self) -> Path:
-        return self.build / "Oxlade.app" / "Contents"
-
-    @property
-    def helper(self) -> Path:
-        return self.contents / "MacOS" / "oxlade"
-
-    def files(self) -> set[str]:
-        """What stands in the bundle, hidden files included, all but the program."""
-        found = {str(each.relative_to(self.contents))
-                 for each in self.contents.rglob("*") if not each.is_dir()}
-        return found - {"Info.plist", "MacOS/oxlade-app"}
-
-    def assert_holds_helper_and(self, *more: str) -> None:
-        self.assertEqual(self.files(), {"MacOS/oxlade", "MacOS/oxlade-keeper", *more})
-        self.assertEqual(self.helper.read_bytes(), self.helper_file.read_bytes())
-        self.assertEqual(self.helper.stat().st_mode & 0o777, 0o755)
-
+class PackagingTest(Packager):
     def test_the_bundle_holds_what_was_chosen_and_nothing_of_an_earlier_choice(self) -> None:
-        image = "Resources/mpcv171.bin"
+        image = IMAGE
         with self.subTest("a helper and no image: no image"):
             self.make(OXLADE_HELPER=self.helper_file)
             self.assert_holds_helper_and()
@@ -91,7 +26,7 @@ class PackagingTest(unittest.TestCase):
             self.assertEqual((self.contents / image).read_bytes(), b"another image")
         with self.subTest("neither: the simulator and an image for it alone"):
             self.make()
-            self.assertEqual(self.files(), {"MacOS/oxlade", "MacOS/oxlade-keeper", image})
+            self.assertEqual(self.files(), {*ALWAYS, "MacOS/oxlade", image})
             self.assertNotEqual(self.helper.read_bytes(), self.helper_file.read_bytes())
             self.assertIn(ONLY_FOR_THE_SIMULATOR, (self.contents / image).read_bytes().lower())
         with self.subTest("the simulator and a chosen image: that image"):
@@ -103,11 +38,22 @@ class PackagingTest(unittest.TestCase):
             self.make(OXLADE_HELPER=self.helper_file)
             self.assert_holds_helper_and()
 
+        with self.subTest("none, after a helper: no helper, no image"):
+            self.make(OXLADE_HELPER="none")
+            self.assertEqual(self.files(), ALWAYS)
+
+    def test_a_deleted_bundle_is_built_again_whole(self) -> None:
+        self.make()
+        before = self.files()
+        shutil.rmtree(self.contents.parent)
+        self.make()
+        self.assertEqual(self.files(), before)
+
     def refuses(self, message: str, **chosen: object) -> None:
         with self.subTest(**chosen):
             result = self.configure(**chosen)
             self.assertNotEqual(result.returncode, 0)
-            # It comes in lines of the tool's own choice.
+            # CMake wraps its messages.
             self.assertIn(message, " ".join(result.stdout.split()))
 
     def test_the_author_s_website_is_the_packager_s_choice(self) -> None:
@@ -123,8 +69,10 @@ class PackagingTest(unittest.TestCase):
         self.refuses(f"OXLADE_HELPER names no file: {self.folder}", OXLADE_HELPER=self.folder)
         self.refuses(f"OXLADE_FIRMWARE names no file: {missing}",
                      OXLADE_HELPER=self.helper_file, OXLADE_FIRMWARE=missing)
+        self.refuses("OXLADE_HELPER is none, simulator or an absolute path: nonsense",
+                     OXLADE_HELPER="nonsense")
         for flashes_by_itself in ("OXLADE_BUILD_TESTS", "OXLADE_BUILD_BENCHMARKS"):
-            self.refuses("Tests and benchmarks flash without asking",
+            self.refuses("Tests and benchmarks flash the simulator without asking",
                          OXLADE_HELPER=self.helper_file, **{flashes_by_itself: "ON"})
         for website in ("nonsense", "http://oxlade.example/", "https://", "https://a b/",
                         'https://oxlade.example/"; int x; //', ""):
@@ -132,4 +80,5 @@ class PackagingTest(unittest.TestCase):
                          OXLADE_WEBSITE=website)
 
 
-unittest.main()
+if __name__ == "__main__":
+    unittest.main()
