@@ -1,5 +1,4 @@
-// All six pictures from their stored form into pixels.
-#include "ui/sprites/sprite_decoder.h"
+// Decodes the six pictures of the waiting animation.
 #include "ui/sprites/wait_girl_frames.h"
 
 #include <benchmark/benchmark.h>
