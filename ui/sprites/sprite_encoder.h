@@ -127,9 +127,9 @@ constexpr bool isGoodArt() {
     return true;
 }
 
-/// Whether a token has the form that the encoder gives its run.
+/// Whether a token has the form that the encoder gives its run; an empty run has none.
 constexpr bool hasStoredForm(const SpriteToken& token) {
-    if (token.run == 0 || token.unused != 0) return false;
+    if (token.unused != 0) return false;
     return token.bytes == (token.run <= longestStoredShortRun ? 1 : 2);
 }
 

@@ -193,7 +193,7 @@ TEST(Art, ItsFirstFaultIsFoundWithItsPlace) {
     EXPECT_EQ(faultOf("\n....\n..x.\n"), (ArtFault{ArtFault::wrongCharacter, 2, 3}));
     EXPECT_EQ(faultOf("\n....\r\n....\r\n"), (ArtFault{ArtFault::wrongCharacter, 1, 5}));
     EXPECT_EQ(faultOf("\n....\n"), (ArtFault{ArtFault::wrongHeight, 1, 0}));
-    EXPECT_EQ(faultOf("\n....\n....\n....\n"), (ArtFault{ArtFault::wrongHeight, 3, 0}));
+    EXPECT_EQ(faultOf("\n#.#.\n#.#.\n#.#.\n#.#.\n#.#.\n"), (ArtFault{ArtFault::wrongHeight, 3, 0}));
     for (const char* art : {"", "....\n....\n", "\n....\n...."})
         EXPECT_EQ(faultOf(art), (ArtFault{ArtFault::noLineFeed, 0, 0})) << art;
 }
