@@ -1,5 +1,5 @@
 // Decodes the six pictures of the waiting animation.
-#include "ui/sprites/wait_girl_frames.h"
+#include "ui/sprites/stored_frames.h"
 
 #include <benchmark/benchmark.h>
 

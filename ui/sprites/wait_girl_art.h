@@ -1,6 +1,6 @@
 // The six pictures of the waiting animation, as text: '#' is a line pixel, '.' the
 // background. Each is 76 rows of 106 pixels, top row first; the text starts with a
-// line feed and every row ends with one. Edit them here: wait_girl_frames.cpp
+// line feed and every row ends with one. Edit them here: stored_frames.cpp
 // encodes them, and the compiler rejects a picture of the wrong form.
 #pragma once
 

@@ -2,7 +2,7 @@
 // picture stands in its view. Main thread.
 #pragma once
 
-#include "ui/sprites/wait_girl_frames.h"
+#include "ui/sprites/stored_frames.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // The stored form of pictures: decoder, palette, encoder, and pictures as text.
 #include "tests/ui/sprites/sprite_testing.h"
 #include "ui/sprites/sprite_encoder.h"
-#include "ui/sprites/wait_girl_frames.h"
+#include "ui/sprites/stored_frames.h"
 
 #include <array>
 #include <gtest/gtest.h>

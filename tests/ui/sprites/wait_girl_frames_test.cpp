@@ -1,6 +1,6 @@
 // What the six pictures show. Their size, levels and encoding are static assertions.
 #include "tests/ui/sprites/sprite_testing.h"
-#include "ui/sprites/wait_girl_frames.h"
+#include "ui/sprites/stored_frames.h"
 
 #include <array>
 #include <functional>

@@ -1,6 +1,6 @@
 // Encodes the pictures of wait_girl_art.h at compile time and proves the result: a
 // picture that breaks a rule does not compile, so the view needs no error path.
-#include "ui/sprites/wait_girl_frames.h"
+#include "ui/sprites/stored_frames.h"
 
 #include "ui/sprites/sprite_encoder.h"
 #include "ui/sprites/wait_girl_art.h"
