@@ -1,13 +1,14 @@
 #include "simulator/run.h"
 
-#include "simulator/chatter.h"
-#include "simulator/ended.h"
 #include "simulator/flash_memory.h"
+#include "simulator/noise.h"
 
 #include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
+#include <poll.h>
+#include <string_view>
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
@@ -18,50 +19,89 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto eraseStep = 15ms; // a hundred of each: 1.5 s and 2.5 s
-constexpr auto writeStep = 25ms;
+constexpr auto eraseStep = 15ms; // times 100: 1.5 s
+constexpr auto writeStep = 25ms; // times 100: 2.5 s
+
+/// Writes a line, then waits a millisecond. Exits if nobody can read it.
+void talkOnce() {
+    constexpr std::string_view line = "The helper's child is still here.\n";
+    if (::write(STDOUT_FILENO, line.data(), line.size()) < 0) ::_exit(0);
+    std::this_thread::sleep_for(1ms);
+}
+
+/// The parent holds the other end of `lifeline`, which closes when the parent ends.
+bool parentLives(int lifeline, int waitMs) {
+    pollfd entry{lifeline, POLLIN, 0};
+    return ::poll(&entry, 1, waitMs) <= 0;
+}
+
+/// Runs in the child until `seconds` after the end of the parent.
+[[noreturn]] void outliveParent(double seconds, bool talks, int lifeline) {
+    using Clock = std::chrono::steady_clock;
+    while (parentLives(lifeline, talks ? 0 : -1))
+        if (talks) talkOnce();
+    const std::chrono::duration<double> stay(seconds);
+    const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(stay);
+    while (talks && Clock::now() < deadline) talkOnce();
+    std::this_thread::sleep_until(deadline);
+    ::_exit(0);
+}
 
 } // namespace
 
-Run::Run(const Behaviour& behaviour, const Trace& trace, Voice& voice)
-    : behaviour_(behaviour), trace_(trace), voice_(voice) {}
+Run::Run(const Options& options, const Trace& trace, Output& output)
+    : options_(options), trace_(trace), output_(output) {}
 
 int Run::check() {
-    greet(800ms);
+    startChild();
+    describe(800ms);
     reach({Stage::Info, 0});
     return finish();
 }
 
 int Run::flash(const std::string& imagePath, const std::string& flashPath) {
+    startChild();
     const std::string image = imageAt(imagePath);
-    greet(0ms);
+    describe(0ms);
     FlashMemory memory(flashPath);
     erase(memory, image);
     reach({Stage::Between, 0});
     write(memory, image);
     verify(memory, image);
-    voice_.say("OS upload complete.");
+    output_.print("OS upload complete.");
     return finish();
 }
 
-void Run::greet(std::chrono::milliseconds search) {
-    voice_.say("Searching for the MPC4000...");
+void Run::startChild() const {
+    if (options_.childSeconds < 0) return;
+    int lifeline[2];
+    if (::pipe(lifeline) != 0) return;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::close(lifeline[1]);
+        outliveParent(options_.childSeconds, options_.childTalks, lifeline[0]);
+    }
+    ::close(lifeline[0]);
+    trace_.note("child " + std::to_string(child));
+}
+
+void Run::describe(std::chrono::milliseconds search) {
+    output_.print("Searching for the MPC4000...");
     reach({Stage::FirstLine, 0});
-    voice_.warn("Note: this is the Oxlade simulator. No real sampler is touched.");
+    output_.printError("Note: this is the Oxlade simulator. No real sampler is touched.");
     pause(search);
-    if (behaviour_.noDevice)
+    if (options_.noDevice)
         fail("Cannot open the MPC4000. Is it connected, and in its OS Loader mode?");
-    voice_.say("MPC4000 found in OS Loader mode.");
-    if (!behaviour_.noGeometry) voice_.say("Flash geometry: " + behaviour_.geometry);
-    sayOddThings(behaviour_, [this](std::string_view piece) { voice_.stream(piece); });
+    output_.print("MPC4000 found in OS Loader mode.");
+    output_.print("Flash geometry: 64 sectors of 65536 bytes (simulated MPC4000)");
+    printNoise(options_, output_);
 }
 
 void Run::erase(FlashMemory& memory, const std::string& image) {
     for (unsigned percent = 0; percent <= 100; ++percent) {
         memory.eraseTo(percent, image.size());
-        if (isReported(percent)) voice_.report("Erase", percent);
+        output_.printProgress("Erase", percent);
         reach({Stage::Erase, percent});
-        if (behaviour_.failErase == percent) fail("Error: the flash cannot be erased.");
         if (percent < 100) pause(eraseStep);
     }
 }
@@ -69,16 +109,16 @@ void Run::erase(FlashMemory& memory, const std::string& image) {
 void Run::write(FlashMemory& memory, const std::string& image) {
     for (unsigned percent = 0; percent <= 100; ++percent) {
         memory.writeTo(percent, image);
-        if (isReported(percent)) voice_.report("Write", percent);
+        output_.printProgress("Write", percent);
         reach({Stage::Write, percent});
-        if (behaviour_.failWrite == percent) fail("Error: the flash cannot be written.");
+        if (options_.failWrite == percent) fail("Error: the flash cannot be written.");
         if (percent < 100) pause(writeStep);
     }
 }
 
 void Run::verify(FlashMemory& memory, const std::string& image) {
     if (!memory.verify(image)) fail("Verifying... failed: the flash is not the image.");
-    voice_.say("Verifying... ok");
+    output_.print("Verifying... ok");
 }
 
 std::string Run::imageAt(const std::string& path) {
@@ -87,26 +127,22 @@ std::string Run::imageAt(const std::string& path) {
     std::array<char, 65536> block{};
     while (file.read(block.data(), block.size()) || file.gcount() > 0)
         bytes.append(block.data(), static_cast<std::size_t>(file.gcount()));
-    // A folder opens, but does not read.
+    // A folder can be opened but not read.
     if (!file.is_open() || file.bad()) fail("Cannot read the OS image: " + path, noInput);
     return bytes;
 }
 
 int Run::finish() {
-    voice_.flush();
     reach({Stage::End, 0});
-    return behaviour_.exitStatus.value_or(0);
+    return options_.exitStatus.value_or(0);
 }
 
-bool Run::isReported(unsigned percent) const {
-    return percent % behaviour_.step == 0 || percent == 100;
-}
-
-void Run::reach(Place place) {
-    for (const Gate& gate : behaviour_.gates)
-        if (gate.at == place) waitAt(gate);
-    if (behaviour_.hang == place) hang(place);
-    if (behaviour_.signal && behaviour_.signal->at == place) strike(behaviour_.signal->number);
+void Run::reach(Checkpoint checkpoint) {
+    for (const Gate& gate : options_.gates)
+        if (gate.checkpoint == checkpoint) waitAt(gate);
+    if (options_.hang == checkpoint) hang(checkpoint);
+    if (options_.signal && options_.signal->checkpoint == checkpoint)
+        endBySignal(options_.signal->number);
 }
 
 void Run::waitAt(const Gate& gate) {
@@ -114,8 +150,8 @@ void Run::waitAt(const Gate& gate) {
     const int file = ::open(sign.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
     if (file < 0) fail("Cannot create " + sign, cannotCreate);
     ::close(file);
-    trace_.note("waiting " + nameOf(gate.at));
-    // A test that died leaves its gate shut; its helper shall not stay for ever.
+    trace_.note("waiting " + nameOf(gate.checkpoint));
+    // The run must end even if the test that would open the gate has died.
     const auto deadline = std::chrono::steady_clock::now() + 10min;
     while (::access(gate.path.c_str(), F_OK) != 0) {
         if (std::chrono::steady_clock::now() > deadline)
@@ -124,12 +160,12 @@ void Run::waitAt(const Gate& gate) {
     }
 }
 
-void Run::hang(Place place) const {
-    trace_.note("waiting " + nameOf(place));
+void Run::hang(Checkpoint checkpoint) const {
+    trace_.note("waiting " + nameOf(checkpoint));
     for (;;) ::pause();
 }
 
-void Run::strike(int signal) {
+void Run::endBySignal(int signal) {
     trace_.note("signal " + std::to_string(signal));
     const rlimit noCore{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCore);
@@ -143,14 +179,14 @@ void Run::strike(int signal) {
 }
 
 void Run::fail(const std::string& line, int status) {
-    voice_.warn(line);
+    output_.printError(line);
     throw Ended{status};
 }
 
-void Run::fail(const std::string& line) { fail(line, behaviour_.exitStatus.value_or(1)); }
+void Run::fail(const std::string& line) { fail(line, options_.exitStatus.value_or(1)); }
 
 void Run::pause(std::chrono::milliseconds duration) const {
-    if (behaviour_.pace > 0) std::this_thread::sleep_for(duration * behaviour_.pace);
+    if (options_.pace > 0) std::this_thread::sleep_for(duration * options_.pace);
 }
 
 } // namespace oxlade::simulator

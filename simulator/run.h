@@ -1,8 +1,9 @@
+// One run of the helper against the simulated sampler.
 #pragma once
 
-#include "simulator/behaviour.h"
+#include "simulator/options.h"
+#include "simulator/output.h"
 #include "simulator/trace.h"
-#include "simulator/voice.h"
 
 #include <chrono>
 #include <string>
@@ -11,40 +12,39 @@ namespace oxlade::simulator {
 
 class FlashMemory;
 
-// One run of the helper against the simulated sampler. Both operations give the
-// exit status, or throw Ended when something ends the run before its time; they
-// do not come back at all when the behaviour has them killed or hang.
+/// check() and flash() return the exit status or throw Ended; they do not return at
+/// all if the options make them hang or end by a signal.
 class Run final {
   public:
-    // Uses all three as long as it lives.
-    Run(const Behaviour& behaviour, const Trace& trace, Voice& voice);
+    /// All three must outlive this object.
+    Run(const Options& options, const Trace& trace, Output& output);
 
-    // Describes the device; about 0.8 s.
+    /// Describes the device; about 0.8 s.
     int check();
-    // Erases the flash kept at `flashPath` and writes the image into it; about
-    // 4 s. An image that cannot be read leaves the flash alone.
+    /// Erases the flash kept in the file `flashPath` and writes the image into it;
+    /// about 4 s. An image that cannot be read leaves the flash untouched.
     int flash(const std::string& imagePath, const std::string& flashPath);
 
   private:
-    void greet(std::chrono::milliseconds search);
+    void startChild() const;
+    void describe(std::chrono::milliseconds search);
     void erase(FlashMemory& memory, const std::string& image);
     void write(FlashMemory& memory, const std::string& image);
     void verify(FlashMemory& memory, const std::string& image);
     std::string imageAt(const std::string& path);
     int finish();
 
-    bool isReported(unsigned percent) const;
-    void reach(Place place);
+    void reach(Checkpoint checkpoint);
     void waitAt(const Gate& gate);
-    [[noreturn]] void hang(Place place) const;
-    [[noreturn]] void strike(int signal);
+    [[noreturn]] void hang(Checkpoint checkpoint) const;
+    [[noreturn]] void endBySignal(int signal);
     [[noreturn]] void fail(const std::string& line, int status);
     [[noreturn]] void fail(const std::string& line);
     void pause(std::chrono::milliseconds duration) const;
 
-    const Behaviour& behaviour_;
+    const Options& options_;
     const Trace& trace_;
-    Voice& voice_;
+    Output& output_;
 };
 
 } // namespace oxlade::simulator

@@ -1,9 +1,9 @@
 #include "simulator/trace.h"
 
-#include "simulator/number.h"
-
 #include <algorithm>
+#include <cctype>
 #include <csignal>
+#include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
@@ -26,23 +26,6 @@ bool isPlain(unsigned char byte) {
            (byte >= '0' && byte <= '9') || others.find(static_cast<char>(byte)) != others.npos;
 }
 
-// The open descriptors but `except`, sorted; false where the system does not tell.
-bool listDescriptors(int except, std::vector<int>& descriptors) {
-    DIR* folder = ::opendir("/proc/self/fd");
-    if (folder == nullptr) folder = ::opendir("/dev/fd");
-    if (folder == nullptr) return false;
-    while (const dirent* entry = ::readdir(folder)) {
-        const auto descriptor = parseNumber<int>(entry->d_name);
-        if (descriptor && *descriptor != ::dirfd(folder) && *descriptor != except)
-            descriptors.push_back(*descriptor);
-    }
-    ::closedir(folder);
-    std::sort(descriptors.begin(), descriptors.end());
-    return true;
-}
-
-} // namespace
-
 std::string percentEncoded(std::string_view bytes) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string text;
@@ -55,6 +38,25 @@ std::string percentEncoded(std::string_view bytes) {
     }
     return text;
 }
+
+/// The open descriptors except `except`, sorted; false where the system cannot list
+/// them.
+bool listDescriptors(int except, std::vector<int>& descriptors) {
+    DIR* folder = ::opendir("/proc/self/fd");
+    if (folder == nullptr) folder = ::opendir("/dev/fd");
+    if (folder == nullptr) return false;
+    while (const dirent* entry = ::readdir(folder)) {
+        if (std::isdigit(static_cast<unsigned char>(entry->d_name[0])) == 0) continue;
+        const int descriptor = std::atoi(entry->d_name);
+        if (descriptor != ::dirfd(folder) && descriptor != except)
+            descriptors.push_back(descriptor);
+    }
+    ::closedir(folder);
+    std::sort(descriptors.begin(), descriptors.end());
+    return true;
+}
+
+} // namespace
 
 Trace::Trace(const char* path) {
     if (path == nullptr || *path == '\0') return;
@@ -92,7 +94,7 @@ std::string Trace::fds() const {
 void Trace::put(std::string line) const {
     if (file_ < 0) return;
     line += '\n';
-    // A note that cannot be written is missed by the test that waits for it.
+    // A test that waits for this note fails if it is missing.
     [[maybe_unused]] const auto done = ::write(file_, line.data(), line.size());
 }
 

@@ -1,6 +1,5 @@
-// All six pictures from their stored form into pixels.
-#include "ui/sprites/sprite_decoder.h"
-#include "ui/sprites/wait_girl_frames.h"
+// Decodes the six pictures of the waiting animation.
+#include "ui/sprites/stored_frames.h"
 
 #include <benchmark/benchmark.h>
 

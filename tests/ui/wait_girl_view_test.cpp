@@ -1,5 +1,5 @@
 // The picture panel, pixel for pixel and step for step.
-#include "ui/sprites/picture_geometry.h"
+#include "ui/sprites/wait_girl_model.h"
 #include "ui/sprites/wait_girl_view.h"
 
 #include <QImage>

@@ -1,24 +1,20 @@
 #include "ui/sprites/wait_girl_view.h"
 
-#include "ui/sprites/picture_geometry.h"
-#include "ui/sprites/sprite_decoder.h"
-#include "ui/sprites/wait_girl_frames.h"
-
 #include <QPainter>
 #include <QTimer>
 
 namespace oxlade {
 namespace {
 
-// The figure's place keeps its colours in every appearance.
+// The same in every colour scheme.
 const QColor frameColor = QColor::fromRgbF(0.09F, 0.10F, 0.12F);
 const QColor screenColor = QColor::fromRgbF(0.83F, 0.90F, 0.93F);
 constexpr double frameCorner = 14;
 constexpr double screenCorner = 6;
 
-/// In the window's own format: another one makes the toolkit start threads to draw it.
+/// In the format of the window: Qt starts threads to draw images of other formats.
 QImage toImage(const SpriteFrame& frame) {
-    const int bytesPerRow = frame.width * int(spriteBytesPerPixel);
+    const int bytesPerRow = frame.width * static_cast<int>(spriteBytesPerPixel);
     return QImage{frame.pixels.data(), frame.width, frame.height, bytesPerRow,
                   QImage::Format_RGBX8888}
         .convertToFormat(QImage::Format_RGB32);
@@ -30,6 +26,16 @@ std::vector<QImage> decodedFrames() {
     for (const SpriteBytes stored : wait_girl_frames)
         images.push_back(toImage(std::get<SpriteFrame>(decodeSprite(stored))));
     return images;
+}
+
+/// The rectangle of the picture in a view of that size, y downwards.
+QRect placeIn(const QSize& view) {
+    const PictureRect target =
+        placePicture({0, 0, static_cast<double>(view.width()), static_cast<double>(view.height())})
+            .target;
+    const QRectF flipped{target.x, view.height() - target.y - target.height, target.width,
+                         target.height};
+    return flipped.toRect();
 }
 
 } // namespace
@@ -73,17 +79,13 @@ void WaitGirlView::paintEvent(QPaintEvent*) {
     painter.setBrush(frameColor);
     painter.drawRoundedRect(rect(), frameCorner, frameCorner);
     painter.setBrush(screenColor);
-    constexpr int inset = int(screenInset);
+    constexpr int inset = static_cast<int>(screenInset);
     painter.drawRoundedRect(rect().adjusted(inset, inset, -inset, -inset), screenCorner,
                             screenCorner);
     if (frameIndex() >= frames_.size()) return;
-    const PictureRect target = placePicture({0, 0, double(width()), double(height())}).target;
-    // The target counts y upwards from the bottom edge.
-    const QRect place{int(target.x), height() - int(target.y) - int(target.height),
-                      int(target.width), int(target.height)};
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.drawImage(place, frames_[frameIndex()]);
+    painter.drawImage(placeIn(size()), frames_[frameIndex()]);
 }
 
 } // namespace oxlade

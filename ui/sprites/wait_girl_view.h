@@ -1,10 +1,9 @@
-// The picture panel: a dark frame, a pale screen, and on it the figure in whole
-// pixels. It moves only while something runs; at other times no timer exists.
-// Main thread.
+// The picture panel: a dark frame, a pale screen, and the figure on it, scaled by
+// whole numbers without smoothing. Main thread.
 #pragma once
 
 #include "interfaces/controls.h"
-#include "ui/sprites/frame_sequence.h"
+#include "ui/sprites/wait_girl_model.h"
 
 #include <QImage>
 #include <QWidget>
@@ -19,21 +18,22 @@ namespace oxlade {
 
 class WaitGirlView final : public QWidget, public WaitingFigure {
   public:
-    /// Decodes the frames once. `reduceMotion` is asked at each start; empty: never.
+    /// Decodes the frames. `reduceMotion` is called at each start of the animation; if
+    /// empty, motion is never reduced.
     WaitGirlView(std::function<bool()> reduceMotion, QWidget* parent);
     ~WaitGirlView() override;
 
     void startWaiting() override;
     void stopWaiting() override;
 
-    /// The index is not checked; one that is not there shows no figure.
+    /// The index is not checked; no figure is drawn for one out of range.
     void showFrame(std::uint64_t index);
-    /// The timer's step.
+    /// Called by the timer.
     void tick();
 
     std::uint64_t frameIndex() const { return sequence_.frameIndex(); }
     const std::vector<QImage>& frames() const { return frames_; }
-    /// Null while nothing is animated.
+    /// Null unless the animation runs.
     const QTimer* timer() const { return timer_.get(); }
 
   protected:
