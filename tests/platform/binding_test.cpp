@@ -1,8 +1,7 @@
 // Bundle, files and settings, on a real disk.
 #include "platform/bundle.h"
 #include "platform/file_system.h"
-#include "platform/preferred_languages.h"
-#include "platform/user_defaults.h"
+#include "platform/user_environment.h"
 #include "tests/platform/temporary_folder.h"
 
 #include <QCoreApplication>
@@ -75,7 +74,7 @@ TEST(ApplicationBundle, IsFoundAroundItsExecutable) {
     folder.file("X.app/Contents/MacOS/program");
     const auto image = folder.file("X.app/Contents/Resources/image.bin");
     folder.file("X.app/Contents/Info.plist", propertyList(versionEntry));
-    const ApplicationBundle bundle(folder.path("X.app/Contents/MacOS"));
+    const QtBundle bundle(folder.path("X.app/Contents/MacOS"));
     EXPECT_EQ(bundle.bundlePath(), folder.path("X.app"));
     EXPECT_EQ(bundle.pathForResource("image", "bin"), image);
     EXPECT_EQ(bundle.version(), "1.2.3");
@@ -84,20 +83,20 @@ TEST(ApplicationBundle, IsFoundAroundItsExecutable) {
 TEST(ApplicationBundle, OutsideOfABundleEverythingIsBesideTheExecutable) {
     const TemporaryFolder folder;
     const auto image = folder.file("image.bin");
-    const ApplicationBundle bundle(folder.path("."));
+    const QtBundle bundle(folder.path("."));
     EXPECT_EQ(bundle.bundlePath(), folder.path("."));
     EXPECT_EQ(bundle.pathForResource("image", "bin"), folder.path("./image.bin"));
     EXPECT_EQ(bundle.version(), "");
 }
 
 TEST(ApplicationBundle, IsAbsoluteAlsoAtTheRoot) {
-    EXPECT_EQ(ApplicationBundle("/Contents/MacOS").bundlePath(), "/");
-    EXPECT_EQ(ApplicationBundle("").bundlePath(), "/");
+    EXPECT_EQ(QtBundle("/Contents/MacOS").bundlePath(), "/");
+    EXPECT_EQ(QtBundle("").bundlePath(), "/");
 }
 
 TEST(ApplicationBundle, LooksForAResourceAnewEachTime) {
     const TemporaryFolder folder;
-    const ApplicationBundle bundle(folder.path("."));
+    const QtBundle bundle(folder.path("."));
     EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt);
     folder.file("image.bin");
     EXPECT_NE(bundle.pathForResource("image", "bin"), std::nullopt);
@@ -172,7 +171,7 @@ class UserDefaultsTest : public testing::Test {
     // What is read when the settings' file has this line.
     static std::optional<std::string> stored(const std::string& line) {
         folder_->file("Oxlade/Oxlade.conf", "[General]\n" + line + '\n');
-        return StoredUserDefaults().string("InterfaceLanguage");
+        return QtUserDefaults().string("InterfaceLanguage");
     }
 
     static std::unique_ptr<TemporaryFolder> folder_;
@@ -182,7 +181,7 @@ std::unique_ptr<TemporaryFolder> UserDefaultsTest::folder_;
 
 TEST_F(UserDefaultsTest, NothingIsWrittenBeforeSomethingIsStored) {
     {
-        const StoredUserDefaults defaults;
+        const QtUserDefaults defaults;
         EXPECT_EQ(defaults.string("InterfaceLanguage"), std::nullopt);
     }
     EXPECT_TRUE(std::filesystem::is_empty(folder_->path()));
@@ -190,17 +189,17 @@ TEST_F(UserDefaultsTest, NothingIsWrittenBeforeSomethingIsStored) {
 
 TEST_F(UserDefaultsTest, WhatWasStoredIsThereAtTheNextStart) {
     for (const std::string value : {"ru", "en", "", " spaced ", "@At", "a,b", "\xD0\x96\n\"x\""}) {
-        StoredUserDefaults first;
+        QtUserDefaults first;
         first.setString("InterfaceLanguage", value);
         EXPECT_EQ(first.string("InterfaceLanguage"), value);
-        EXPECT_EQ(StoredUserDefaults().string("InterfaceLanguage"), value);
+        EXPECT_EQ(QtUserDefaults().string("InterfaceLanguage"), value);
     }
 }
 
 TEST_F(UserDefaultsTest, AnEmptyTextIsNotTheSameAsNone) {
-    StoredUserDefaults().setString("InterfaceLanguage", "");
-    EXPECT_EQ(StoredUserDefaults().string("InterfaceLanguage"), "");
-    EXPECT_EQ(StoredUserDefaults().string("Other"), std::nullopt);
+    QtUserDefaults().setString("InterfaceLanguage", "");
+    EXPECT_EQ(QtUserDefaults().string("InterfaceLanguage"), "");
+    EXPECT_EQ(QtUserDefaults().string("Other"), std::nullopt);
 }
 
 TEST_F(UserDefaultsTest, OddContentDoesNoHarm) {

@@ -58,7 +58,7 @@ class Flood : public ::testing::TestWithParam<std::string> {};
 TEST_P(Flood, EndsInTheStateThatTheChunksAsReadMake) {
     setenv("OXLADE_SIM", GetParam().c_str(), 1); // NOLINT: no other thread yet
     FakeProgram fakes;
-    const auto queue = std::make_shared<PosixMainQueue>();
+    const auto queue = PosixMainQueue::make();
     OverheardProcesses processes;
     const auto delegate =
         std::make_shared<AppDelegate>(System{queue, processes, fakes.files, fakes.files,

@@ -1,5 +1,5 @@
 // The keeper beside real runs, also of a program that dies in mid-run.
-#include "platform/spawn.h"
+#include "platform/child_process.h"
 #include "tests/platform/processes.h"
 #include "tests/platform/recorded_run.h"
 #include "tests/platform/temporary_folder.h"
@@ -160,11 +160,11 @@ TEST_F(KeeperTest, ARunGoesOnWithoutOneThatCannotStart) {
 }
 
 TEST_F(KeeperTest, RunByHandItSaysNoAndGoes) {
-    pid_t process = 0;
+    ChildProcess process;
     const Descriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
     ASSERT_EQ(spawn({keeper_, {}, &nowhere, &nowhere, &nowhere}, process), 0);
     int status = 0;
-    ASSERT_EQ(waitpid(process, &status, 0), process);
+    ASSERT_EQ(waitpid(process.number(), &status, 0), process.number());
     EXPECT_EQ(WEXITSTATUS(status), 2);
 }
 

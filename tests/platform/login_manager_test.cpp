@@ -1,5 +1,5 @@
 // The sleep lock, from a stand-in for the login manager.
-#include "platform/login_manager.h"
+#include "platform/sleep_lock.h"
 #include "tests/platform/private_bus.h"
 #include "tests/platform/processes.h"
 #include "tests/platform/recorded_run.h"
@@ -56,7 +56,7 @@ class LoginManagerTest : public testing::Test {
 
     const TemporaryFolder folder_;
     std::unique_ptr<StandIn> manager_;
-    LoginManagerSleepLock lock_;
+    PosixSleepLock lock_{[] { return std::string("the reason"); }};
     WatchedLock given_;
 };
 

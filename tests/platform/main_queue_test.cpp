@@ -36,7 +36,7 @@ class MainQueueTest : public testing::Test {
     char name_[5] = "test";
     char* arguments_[2] = {name_, nullptr};
     QCoreApplication application_{argumentCount_, arguments_};
-    std::shared_ptr<PosixMainQueue> queue_ = std::make_shared<PosixMainQueue>();
+    std::shared_ptr<PosixMainQueue> queue_ = PosixMainQueue::make();
 };
 
 TEST_F(MainQueueTest, IsReadableExactlyWhileJobsWait) {

@@ -1,6 +1,6 @@
 // A computer without any message bus.
 #include "platform/desktop_settings.h"
-#include "platform/login_manager.h"
+#include "platform/sleep_lock.h"
 #include "tests/platform/recorded_run.h"
 
 #include <QCoreApplication>
@@ -36,7 +36,7 @@ TEST_P(WithoutABus, TheDesktopHasNoWishes) {
 }
 
 TEST_P(WithoutABus, ARunGoesOnWithoutASleepLock) {
-    LoginManagerSleepLock lock;
+    PosixSleepLock lock{[] { return std::string("the reason"); }};
     RecordedRun going(OXLADE_TEST_HELPER, {"print", "10", "2"}, PosixHelperProcesses({}, &lock));
     ASSERT_EQ(going.process->launch(), std::nullopt);
     for (int i = 0; i < 20; ++i) QCoreApplication::processEvents();

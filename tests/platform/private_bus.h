@@ -1,8 +1,8 @@
 // A message bus for one test program, and stand-ins for the services on it.
 #pragma once
 
+#include "platform/child_process.h"
 #include "platform/descriptor.h"
-#include "platform/spawn.h"
 #include "tests/platform/temporary_folder.h"
 
 #include <QCoreApplication>
@@ -59,7 +59,7 @@ class PrivateBus final {
     }
     ~PrivateBus() {
         lifeline_.reset();
-        waitpid(shell_, nullptr, 0);
+        waitpid(shell_.number(), nullptr, 0);
     }
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
@@ -79,7 +79,7 @@ class PrivateBus final {
     }
 
     const TemporaryFolder folder_;
-    pid_t shell_ = 0;
+    ChildProcess shell_;
     Descriptor lifeline_;
     std::string address_;
 };
