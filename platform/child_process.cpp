@@ -40,7 +40,8 @@ class Attributes final {
         sigset_t none;
         sigemptyset(&none);
         error_(posix_spawnattr_setsigmask(&attributes_, &none));
-        error_(posix_spawnattr_setsigdefault(&attributes_, &defaultSignals()));
+        const sigset_t signals = defaultSignals();
+        error_(posix_spawnattr_setsigdefault(&attributes_, &signals));
         error_(posix_spawnattr_setflags(&attributes_, flags));
         return error_.value();
     }
@@ -54,19 +55,11 @@ class Attributes final {
     static constexpr short flags =
         POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #endif
-    // All ordinary signals but SIGPIPE, which a helper must survive, and SIGKILL and SIGSTOP.
-    static const sigset_t& defaultSignals() {
-        static const sigset_t signals = [] {
-            sigset_t set;
-            sigemptyset(&set);
-            for (const int signal :
-                 {SIGHUP,    SIGINT,  SIGQUIT,  SIGILL,  SIGTRAP, SIGABRT, SIGBUS,
-                  SIGFPE,    SIGUSR1, SIGSEGV,  SIGUSR2, SIGALRM, SIGTERM, SIGCHLD,
-                  SIGCONT,   SIGTSTP, SIGTTIN,  SIGTTOU, SIGURG,  SIGXCPU, SIGXFSZ,
-                  SIGVTALRM, SIGPROF, SIGWINCH, SIGIO,   SIGSYS})
-                sigaddset(&set, signal);
-            return set;
-        }();
+    // All but SIGPIPE, which a helper must survive, and those that cannot be ignored.
+    static sigset_t defaultSignals() {
+        sigset_t signals;
+        sigfillset(&signals);
+        for (const int signal : {SIGPIPE, SIGKILL, SIGSTOP}) sigdelset(&signals, signal);
         return signals;
     }
 

@@ -1,20 +1,21 @@
-// Bundle, files and settings, on a real disk.
+// Bundle, files, settings and standard streams, on a real disk.
 #include "platform/bundle.h"
+#include "platform/descriptor.h"
 #include "platform/file_system.h"
 #include "platform/user_environment.h"
-#include "tests/platform/temporary_folder.h"
-
-#include <QCoreApplication>
+#include "tests/testing/temporary_folder.h"
 
 #include <algorithm>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
-#include <gtest/gtest.h>
+#include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-namespace oxlade {
+namespace oxlade::test {
 namespace {
 
 std::string versionIn(std::string_view list) {
@@ -29,30 +30,26 @@ std::string propertyList(const std::string& entries) {
            entries + "</dict></plist>\n";
 }
 
-const std::string versionEntry = "<key>CFBundleShortVersionString</key> <string>1.2.3</string>";
+const std::string key = "<key>CFBundleShortVersionString</key>";
+const std::string versionEntry = key + " <string>1.2.3</string>";
 
-TEST(BundleVersion, IsTheStringOfItsKeyWhereverItStands) {
-    EXPECT_EQ(versionIn(propertyList(versionEntry)), "1.2.3");
-    EXPECT_EQ(versionIn(propertyList("<key>A</key><string>x</string>" + versionEntry +
-                                     "<key>B</key><true/>")),
-              "1.2.3");
-    EXPECT_EQ(versionIn(propertyList("<key>CFBundleVersion</key><string>9</string>"
-                                     "<key>L</key><array><string>y</string></array>" +
-                                     versionEntry)),
-              "1.2.3");
-    EXPECT_EQ(versionIn(propertyList("<key>CFBundleShortVersionString</key>"
-                                     "<string>1 &amp; \xD0\x96</string>")),
-              "1 & \xD0\x96");
-}
-
-TEST(BundleVersion, IsEmptyWhereThereIsNone) {
-    EXPECT_EQ(versionIn(propertyList("")), "");
-    EXPECT_EQ(versionIn(propertyList("<key>CFBundleShortVersionString</key>")), "");
-    EXPECT_EQ(versionIn(propertyList("<key>CFBundleShortVersionString</key><string/>")), "");
-    EXPECT_EQ(versionIn(propertyList("<key>CFBundleShortVersionString</key><integer>1</integer>"
-                                     "<string>2</string>")),
-              "");
-    EXPECT_EQ(versionIn(propertyList("<key>Inner</key><dict>" + versionEntry + "</dict>")), "");
+TEST(BundleVersion, IsTheStringThatFollowsItsKey) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {versionEntry, "1.2.3"},
+        {"<key>A</key><string>x</string>" + versionEntry + "<key>B</key><true/>", "1.2.3"},
+        {"<key>CFBundleVersion</key><string>9</string>"
+         "<key>L</key><array><string>y</string></array>" +
+             versionEntry,
+         "1.2.3"},
+        {key + "<string>1 &amp; \xD0\x96</string>", "1 & \xD0\x96"},
+        {"", ""},
+        {key, ""},
+        {key + "<string/>", ""},
+        {key + "<integer>1</integer><string>2</string>", ""},
+        {"<key>Inner</key><dict>" + versionEntry + "</dict>", ""},
+    };
+    for (const auto& [entries, version] : cases)
+        EXPECT_EQ(versionIn(propertyList(entries)), version) << entries;
 }
 
 TEST(BundleVersion, IsEmptyForAMalformedList) {
@@ -69,7 +66,7 @@ TEST(BundleVersion, IsEmptyForAMalformedList) {
     EXPECT_EQ(versionIn("<plist>" + deep), "");
 }
 
-TEST(ApplicationBundle, IsFoundAroundItsExecutable) {
+TEST(QtBundle, IsFoundFromItsExecutable) {
     const TemporaryFolder folder;
     folder.file("X.app/Contents/MacOS/program");
     const auto image = folder.file("X.app/Contents/Resources/image.bin");
@@ -80,7 +77,7 @@ TEST(ApplicationBundle, IsFoundAroundItsExecutable) {
     EXPECT_EQ(bundle.version(), "1.2.3");
 }
 
-TEST(ApplicationBundle, OutsideOfABundleEverythingIsBesideTheExecutable) {
+TEST(QtBundle, OutsideOfABundleResourcesAreBesideTheExecutable) {
     const TemporaryFolder folder;
     const auto image = folder.file("image.bin");
     const QtBundle bundle(folder.path("."));
@@ -89,12 +86,12 @@ TEST(ApplicationBundle, OutsideOfABundleEverythingIsBesideTheExecutable) {
     EXPECT_EQ(bundle.version(), "");
 }
 
-TEST(ApplicationBundle, IsAbsoluteAlsoAtTheRoot) {
+TEST(QtBundle, IsAbsoluteAlsoAtTheRoot) {
     EXPECT_EQ(QtBundle("/Contents/MacOS").bundlePath(), "/");
     EXPECT_EQ(QtBundle("").bundlePath(), "/");
 }
 
-TEST(ApplicationBundle, LooksForAResourceAnewEachTime) {
+TEST(QtBundle, LooksForAResourceAtEachCall) {
     const TemporaryFolder folder;
     const QtBundle bundle(folder.path("."));
     EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt);
@@ -106,7 +103,7 @@ TEST(ApplicationBundle, LooksForAResourceAnewEachTime) {
     EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt) << "a directory is no file";
 }
 
-TEST(ApplicationBundle, TheRunningExecutableIsFoundThroughLinks) {
+TEST(QtBundle, TheRunningExecutableIsFoundThroughLinks) {
     char resolved[PATH_MAX];
     ASSERT_GT(readlink("/proc/self/exe", resolved, sizeof resolved), 0);
     EXPECT_EQ(std::string(resolved).rfind(executableDirectory() + '/', 0), 0u);
@@ -125,7 +122,7 @@ TEST(PosixFileSystem, OnlyAFileThatMayBeExecutedIsAnExecutableFile) {
     EXPECT_TRUE(files.isExecutableFile(folder.path("link")));
 }
 
-TEST(PosixFileSystem, SizesAreInBytesAndNoneIsZero) {
+TEST(PosixFileSystem, SizesAreInBytesAndThatOfAMissingFileIsZero) {
     const TemporaryFolder folder;
     const PosixFileSystem files;
     EXPECT_EQ(files.fileSize(folder.file("file", "12345")), 5u);
@@ -148,43 +145,80 @@ TEST(PosixFileSystem, TheHeadIsWhatTheFileBeginsWith) {
     EXPECT_EQ(files.head("/dev/zero", 4), "");
 }
 
-TEST(PosixFileSystem, APipeIsNeverWaitedFor) {
+TEST(PosixFileSystem, ReadingAPipeDoesNotBlock) {
     const TemporaryFolder folder;
     ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
     EXPECT_EQ(PosixFileSystem().head(folder.path("pipe"), 4), "");
+}
+
+// A write lease on a file; the kernel asks for its release by SIGIO.
+class Lease final {
+  public:
+    Lease(const std::string& path, bool isReleasedWhenAsked)
+        : file_(open(path.c_str(), O_RDWR | O_CLOEXEC)) {
+        number_ = file_.get();
+        asked = 0;
+        releases_ = isReleasedWhenAsked;
+        std::signal(SIGIO, [](int) {
+            asked = asked + 1;
+            if (releases_) fcntl(number_, F_SETLEASE, F_UNLCK);
+        });
+        EXPECT_EQ(fcntl(number_, F_SETLEASE, F_WRLCK), 0);
+    }
+    ~Lease() {
+        file_.reset();
+        std::signal(SIGIO, SIG_DFL);
+    }
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+
+    static inline volatile std::sig_atomic_t asked = 0;
+
+  private:
+    Descriptor file_;
+    static inline volatile std::sig_atomic_t number_ = -1;
+    static inline volatile std::sig_atomic_t releases_ = 0;
+};
+
+TEST(PosixFileSystem, ALeasedFileIsReadOnceTheLeaseIsReleased) {
+    const TemporaryFolder folder;
+    const auto path = folder.file("image", "content");
+    const Lease lease(path, true);
+    EXPECT_EQ(PosixFileSystem().head(path, 4), "cont");
+    EXPECT_EQ(Lease::asked, 1);
+}
+
+TEST(PosixFileSystem, ALeaseThatIsNotReleasedMakesTheFileUnreadable) {
+    const TemporaryFolder folder;
+    const auto path = folder.file("image", "content");
+    const Lease lease(path, false);
+    EXPECT_EQ(PosixFileSystem().head(path, 4), "");
+    EXPECT_EQ(Lease::asked, 1);
 }
 
 TEST(PosixFileSystem, TheCurrentDirectoryIsTheProcesss) {
     EXPECT_EQ(PosixFileSystem().currentDirectoryPath(), std::filesystem::current_path().string());
 }
 
-// One folder for all: the toolkit asks once where settings are.
 class UserDefaultsTest : public testing::Test {
   protected:
-    static void SetUpTestSuite() {
-        folder_ = std::make_unique<TemporaryFolder>();
-        setenv("XDG_CONFIG_HOME", folder_->path().c_str(), 1);
-    }
-    static void TearDownTestSuite() { folder_.reset(); }
-    ~UserDefaultsTest() override { std::filesystem::remove_all(folder_->path("Oxlade")); }
+    UserDefaultsTest() { setenv("XDG_CONFIG_HOME", folder_.path().c_str(), 1); }
 
-    // What is read when the settings' file has this line.
-    static std::optional<std::string> stored(const std::string& line) {
-        folder_->file("Oxlade/Oxlade.conf", "[General]\n" + line + '\n');
+    // What is read when the settings file has this line.
+    std::optional<std::string> stored(const std::string& line) const {
+        folder_.file("Oxlade/Oxlade.conf", "[General]\n" + line + '\n');
         return QtUserDefaults().string("InterfaceLanguage");
     }
 
-    static std::unique_ptr<TemporaryFolder> folder_;
+    const TemporaryFolder folder_;
 };
-
-std::unique_ptr<TemporaryFolder> UserDefaultsTest::folder_;
 
 TEST_F(UserDefaultsTest, NothingIsWrittenBeforeSomethingIsStored) {
     {
         const QtUserDefaults defaults;
         EXPECT_EQ(defaults.string("InterfaceLanguage"), std::nullopt);
     }
-    EXPECT_TRUE(std::filesystem::is_empty(folder_->path()));
+    EXPECT_TRUE(std::filesystem::is_empty(folder_.path()));
 }
 
 TEST_F(UserDefaultsTest, WhatWasStoredIsThereAtTheNextStart) {
@@ -196,10 +230,26 @@ TEST_F(UserDefaultsTest, WhatWasStoredIsThereAtTheNextStart) {
     }
 }
 
-TEST_F(UserDefaultsTest, AnEmptyTextIsNotTheSameAsNone) {
+TEST_F(UserDefaultsTest, AKeyThatWasNeverStoredHasNoValue) {
     QtUserDefaults().setString("InterfaceLanguage", "");
-    EXPECT_EQ(QtUserDefaults().string("InterfaceLanguage"), "");
     EXPECT_EQ(QtUserDefaults().string("Other"), std::nullopt);
+}
+
+TEST_F(UserDefaultsTest, TheSettingsOfTheWholeComputerDoNotCount) {
+    setenv("XDG_CONFIG_DIRS", folder_.path("computer").c_str(), 1);
+    for (const char* const name :
+         {"computer/Oxlade/Oxlade.conf", "computer/Oxlade.conf", "Oxlade.conf"})
+        folder_.file(name, "[General]\nInterfaceLanguage=ru\n");
+    EXPECT_EQ(QtUserDefaults().string("InterfaceLanguage"), std::nullopt);
+}
+
+TEST_F(UserDefaultsTest, APipeInTheFilesPlaceIsNotOpened) {
+    std::filesystem::create_directory(folder_.path("Oxlade"));
+    ASSERT_EQ(mkfifo(folder_.path("Oxlade/Oxlade.conf").c_str(), 0600), 0);
+    QtUserDefaults defaults;
+    EXPECT_EQ(defaults.string("InterfaceLanguage"), std::nullopt);
+    defaults.setString("InterfaceLanguage", "ru");
+    EXPECT_EQ(defaults.string("InterfaceLanguage"), std::nullopt);
 }
 
 TEST_F(UserDefaultsTest, OddContentDoesNoHarm) {
@@ -214,14 +264,55 @@ TEST_F(UserDefaultsTest, OddContentDoesNoHarm) {
     EXPECT_EQ(stored(std::string("\0\xFF\xFE", 3)), std::nullopt);
 }
 
-TEST(PreferredLanguages, TheFirstIsTheMostWanted) {
-    setenv("LC_ALL", "C.UTF-8", 1);
+TEST(PreferredLanguages, AreThoseOfTheVariableLanguageButInTheLocaleC) {
     setenv("LANGUAGE", "ru_RU:en_GB", 1);
-    const auto names = preferredLanguages();
-    ASSERT_GE(names.size(), 2u);
-    EXPECT_EQ(names.front(), "ru-RU");
-    EXPECT_NE(std::find(names.begin(), names.end(), "en-GB"), names.end());
+    for (const char* const untranslated : {"C", "POSIX"}) {
+        setenv("LC_ALL", untranslated, 1);
+        EXPECT_TRUE(preferredLanguages().empty()) << untranslated;
+    }
+    for (const char* const translated : {"C.UTF-8", "de_DE.UTF-8"}) {
+        setenv("LC_ALL", translated, 1);
+        const auto names = preferredLanguages();
+        ASSERT_GE(names.size(), 2u) << translated;
+        EXPECT_EQ(names.front(), "ru-RU");
+        EXPECT_NE(std::find(names.begin(), names.end(), "en-GB"), names.end());
+    }
+    for (const char* const variable : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"})
+        unsetenv(variable);
+    setenv("LANG", "ru_RU.UTF-8", 1); // not installed here
+    EXPECT_EQ(preferredLanguages().front(), "ru-RU");
+}
+
+// In a process of its own, whose exit status tells which streams were closed before.
+int openedStreams(unsigned closed) {
+    const pid_t process = fork();
+    if (process == 0) {
+        struct stat null {};
+        stat("/dev/null", &null);
+        for (int stream = 0; stream < 3; ++stream)
+            if ((closed >> stream & 1) != 0) close(stream);
+        struct stat before {};
+        const bool hadInput = fstat(0, &before) == 0;
+        openClosedStandardStreams();
+        struct stat facts[3]{};
+        int opened = 0;
+        for (int stream = 0; stream < 3; ++stream) {
+            if (fstat(stream, &facts[stream]) != 0) _exit(100);
+            if ((closed >> stream & 1) != 0 && facts[stream].st_rdev == null.st_rdev)
+                opened |= 1 << stream;
+        }
+        if (hadInput && before.st_ino != facts[0].st_ino) _exit(101);
+        _exit(opened);
+    }
+    int status = 0;
+    EXPECT_EQ(waitpid(process, &status, 0), process);
+    return WEXITSTATUS(status);
+}
+
+TEST(StandardStreams, ThoseThatAreClosedAreOpenedAsDevNull) {
+    for (unsigned closed = 0; closed < 8; ++closed)
+        EXPECT_EQ(openedStreams(closed), static_cast<int>(closed));
 }
 
 } // namespace
-} // namespace oxlade
+} // namespace oxlade::test
