@@ -3,14 +3,13 @@
 #include "app/build_facts.h"
 #include "i18n/string_table.h"
 #include "platform/bundle.h"
+#include "platform/descriptor.h"
 #include "platform/desktop_settings.h"
 #include "platform/file_system.h"
 #include "platform/helper_process.h"
-#include "platform/login_manager.h"
 #include "platform/main_queue.h"
-#include "platform/preferred_languages.h"
-#include "platform/user_defaults.h"
-#include "platform/workspace.h"
+#include "platform/sleep_lock.h"
+#include "platform/user_environment.h"
 #include "ui/alerts.h"
 #include "ui/font_cache.h"
 #include "ui/qt_user_interface.h"
@@ -21,21 +20,23 @@
 using namespace oxlade;
 
 int main(int argc, char* argv[]) {
+    openClosedStandardStreams();
+    const auto mainQueue = PosixMainQueue::make();
+    if (!mainQueue) return qErrnoWarning("Oxlade cannot make a pipe"), 1;
     readFontsAhead();
-    argc = 1; // there are no options, not even those that the toolkit would take
+    argc = 1; // there are no options, not even those that Qt would take
     QApplication application{argc, argv};
-
-    StoredUserDefaults userDefaults;
+    QtUserDefaults userDefaults;
     CurrentLanguage =
         languageAtStart(userDefaults.string(interfaceLanguageKey), preferredLanguages());
 
-    ApplicationBundle bundle{executableDirectory()};
+    QtBundle bundle{executableDirectory()};
     PosixFileSystem fileSystem;
-    LoginManagerSleepLock sleepLock;
+    const AppDelegate* controller = nullptr;
+    PosixSleepLock sleepLock{[&] { return std::string{L(controller->operationKey())}; }};
     PosixHelperProcesses helperProcesses{executableDirectory() + "/oxlade-keeper", &sleepLock};
-    DesktopWorkspace workspace;
+    QtWorkspace workspace;
     DesktopSettings desktop;
-    const auto mainQueue = std::make_shared<PosixMainQueue>();
     const MainQueuePump pump{mainQueue};
 
     QtUserInterface userInterface{
@@ -46,13 +47,13 @@ int main(int argc, char* argv[]) {
     const auto delegate = std::make_shared<AppDelegate>(
         System{mainQueue, helperProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
         userInterface, websiteAddress);
+    controller = delegate.get();
     delegate->installMainMenu();
-    // By ourselves: the quit that the toolkit posts is undone by an alert that opens then.
+    // Not by Qt: an alert that opens then undoes the quit that Qt posts.
     QApplication::setQuitOnLastWindowClosed(false);
     if (delegate->applicationShouldTerminateAfterLastWindowClosed())
         QObject::connect(&application, &QGuiApplication::lastWindowClosed,
                          [] { QApplication::exit(); });
     QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
-    QApplication::exec();
-    return 0;
+    return QApplication::exec();
 }

@@ -1,7 +1,7 @@
 // Any bytes as the file of the user's settings.
 #include "fuzz/fuzz_target.h"
 #include "i18n/string_table.h"
-#include "platform/user_defaults.h"
+#include "platform/user_environment.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     file.write(reinterpret_cast<const char*>(data), static_cast<qint64>(size));
     file.close();
 
-    const StoredUserDefaults defaults;
+    const QtUserDefaults defaults;
     const auto language = languageAtStart(defaults.string(interfaceLanguageKey), {});
     mustHold(language == 0 || language == 1, "there is a language");
     return 0;

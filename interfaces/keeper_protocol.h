@@ -1,19 +1,20 @@
-// What the program and its keeper say to each other: messages of one size from the
-// program, over a pair of connected sockets. The end of the connection without
-// runIsOver says that the program is gone.
+// What the program sends to its keeper: messages of one size, over a pair of connected
+// sockets. An end of the connection without runIsOver means that the program is gone.
 #pragma once
 
 #include <cstdint>
 
 namespace oxlade {
 
-/// The keeper's standard streams, and nothing else, are its descriptors.
+/// The keeper has no descriptors but its standard streams; the third is /dev/null.
 inline constexpr int keeperOutputDescriptor = 0;   ///< the helper's pipe, its read end
 inline constexpr int keeperLifelineDescriptor = 1; ///< the connection to the program
 
 enum class KeeperNews : std::int32_t {
-    helperStarted = 1, ///< number: the helper's process
-    holdThis = 2,      ///< a descriptor comes with it
+    /// `number` is the helper's process number. A pidfd of the helper may be attached.
+    helperStarted = 1,
+    /// A descriptor is attached that the keeper holds open until it ends.
+    holdThis = 2,
     runIsOver = 3,
 };
 

@@ -1,12 +1,14 @@
-// The keeper: reads a helper's output in the program's place when the program is
-// gone in mid-run, so that no helper ever fails for want of a reader.
+// The keeper: when the program is gone in mid-run, it reads the helper's output in the
+// program's place until the helper has ended, so the helper never gets SIGPIPE.
 //
-// While the program lives it only listens to it. Started by the program alone, with
-// nothing but the descriptors of keeper_protocol.h.
+// While the program lives the keeper only receives its messages. Only the program starts
+// it, with the descriptors of keeper_protocol.h.
 #include "interfaces/keeper_protocol.h"
+#include "keeper/process_end.h"
 
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <initializer_list>
 #include <poll.h>
 #include <sys/socket.h>
@@ -15,56 +17,45 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
-#ifdef __linux__
-#include <sys/syscall.h>
-#elif defined(__APPLE__)
-#include <sys/event.h>
-#endif
-
 namespace oxlade {
 namespace {
 
 constexpr int none = -1;
 
-// Readable as soon as the process has ended; none when the system has no such
-// thing or the process is no more.
-int endOf(pid_t process) {
-#if defined(__linux__) && defined(SYS_pidfd_open)
-    return static_cast<int>(syscall(SYS_pidfd_open, process, 0));
-#elif defined(__APPLE__)
-    const int queue = kqueue();
-    struct kevent event;
-    EV_SET(&event, process, EVFILT_PROC, EV_ADD | EV_ONESHOT, NOTE_EXIT, 0, nullptr);
-    if (queue >= 0 && kevent(queue, &event, 1, nullptr, 0, nullptr) == 0) return queue;
-    if (queue >= 0) close(queue);
-    return none;
-#else
-    static_cast<void>(process);
-    return none;
-#endif
-}
-
 class Helper final {
   public:
-    void set(pid_t process) {
+    // `end`: a pidfd of the process, or none.
+    void set(pid_t process, int end) {
         process_ = process;
-        end_ = endOf(process);
+        end_ = end != none ? end : openProcessEnd(process);
     }
     int endDescriptor() const { return end_; }
     bool isUnknown() const { return process_ == 0; }
-    // Asked where the end cannot be waited for.
-    bool hasEnded() const {
-        return !isUnknown() && end_ == none && kill(process_, 0) != 0 && errno == ESRCH;
-    }
+    bool mustBePolled() const { return !isUnknown() && end_ == none; }
+    bool hasEnded() const { return mustBePolled() && processHasEnded(process_); }
 
   private:
     pid_t process_ = 0;
     int end_ = none;
 };
 
-// False: the program is gone. A descriptor that comes along stays open.
-bool receive(KeeperMessage& message) {
-    iovec content{&message, sizeof message};
+struct Received {
+    KeeperMessage message{};
+    int attached = none;
+};
+
+int attachedTo(msghdr& header) {
+    const cmsghdr* const part = CMSG_FIRSTHDR(&header);
+    if (part == nullptr || part->cmsg_level != SOL_SOCKET || part->cmsg_type != SCM_RIGHTS)
+        return none;
+    int descriptor = none;
+    std::memcpy(&descriptor, CMSG_DATA(part), sizeof descriptor);
+    return descriptor;
+}
+
+// False: the program is gone.
+bool receive(Received& received) {
+    iovec content{&received.message, sizeof received.message};
     alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))];
     msghdr header{};
     header.msg_iov = &content;
@@ -74,28 +65,29 @@ bool receive(KeeperMessage& message) {
     ssize_t size = 0;
     do size = recvmsg(keeperLifelineDescriptor, &header, MSG_WAITALL);
     while (size < 0 && errno == EINTR);
-    return size == sizeof message;
+    if (size != sizeof received.message) return false;
+    received.attached = attachedTo(header);
+    return true;
 }
 
-// Listens while the program lives. True: the run is over.
+// Receives until the run is over (true) or the program is gone (false).
 bool listen(Helper& helper) {
-    KeeperMessage message{};
-    while (receive(message)) {
-        if (message.news == KeeperNews::runIsOver) return true;
-        if (message.news == KeeperNews::helperStarted) helper.set(message.number);
+    for (Received received; receive(received); received = {}) {
+        const auto& [news, number] = received.message;
+        if (news == KeeperNews::runIsOver) return true;
+        if (news == KeeperNews::helperStarted) helper.set(number, received.attached);
     }
     return false;
 }
 
-// Reads and forgets until the helper has ended; one whose number was never told
-// has ended when nobody can write any more.
+// Reads until the helper has ended. A helper whose number was never received counts as
+// ended when the pipe has no writer any more.
 void readInTheProgramsPlace(const Helper& helper) {
     static char buffer[65536];
     pollfd watched[] = {{keeperOutputDescriptor, POLLIN, 0}, {helper.endDescriptor(), POLLIN, 0}};
-    constexpr int lookAgain = 500; // milliseconds
-    const bool mustLook = !helper.isUnknown() && helper.endDescriptor() == none;
+    constexpr int pollInterval = 500; // milliseconds
     for (;;) {
-        const int ready = poll(watched, 2, mustLook ? lookAgain : -1);
+        const int ready = poll(watched, 2, helper.mustBePolled() ? pollInterval : -1);
         if (watched[1].revents != 0 || helper.hasEnded()) return;
         if (ready <= 0 || watched[0].revents == 0) continue;
         const ssize_t size = read(keeperOutputDescriptor, buffer, sizeof buffer);
@@ -105,13 +97,14 @@ void readInTheProgramsPlace(const Helper& helper) {
     }
 }
 
-// Its life ends with the run; nothing that ends the program may end it earlier.
-void standFirm() {
+// Must outlive the program: ignores termination signals.
+void ignoreTerminationSignals() {
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE})
         std::signal(signal, SIG_IGN);
-    // No file system is held in use by a directory that it happened to start in.
-    static_cast<void>(chdir("/") == 0);
 }
+
+// Keeps no file system busy with the directory that the program was started in.
+void leaveDirectory() { static_cast<void>(chdir("/") == 0); }
 
 bool wasStartedByTheProgram() {
     struct stat output {};
@@ -126,7 +119,8 @@ bool wasStartedByTheProgram() {
 int main() {
     using namespace oxlade;
     if (!wasStartedByTheProgram()) return 2;
-    standFirm();
+    ignoreTerminationSignals();
+    leaveDirectory();
     Helper helper;
     if (!listen(helper)) readInTheProgramsPlace(helper);
     _exit(0);

@@ -20,7 +20,7 @@ bool isFile(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
-// Within the dictionary: the string that follows the key.
+// Within a dictionary: the string that follows the key.
 QString stringForKey(QXmlStreamReader& reader, QLatin1String wanted) {
     QString found;
     bool isNext = false;
@@ -45,7 +45,7 @@ QString stringForKey(QXmlStreamReader& reader, QLatin1String wanted) {
 
 std::string executableDirectory() {
 #ifdef __linux__
-    // The bytes as they are, be they text or not.
+    // As bytes: the path need not be UTF-8.
     std::string path(4096, '\0');
     const ssize_t size = readlink("/proc/self/exe", path.data(), path.size());
     if (size > 0 && static_cast<std::size_t>(size) < path.size())
@@ -59,11 +59,11 @@ std::string bundleVersion(QByteArrayView propertyList) {
     if (!reader.readNextStartElement() || reader.name() != QLatin1String("plist")) return {};
     if (!reader.readNextStartElement() || reader.name() != QLatin1String("dict")) return {};
     const auto version = stringForKey(reader, QLatin1String("CFBundleShortVersionString"));
-    while (!reader.atEnd()) reader.readNext(); // malformed further down is malformed
+    while (!reader.atEnd()) reader.readNext(); // a later error makes the list malformed
     return reader.hasError() ? std::string() : version.toStdString();
 }
 
-ApplicationBundle::ApplicationBundle(std::string directory) {
+QtBundle::QtBundle(std::string directory) {
     constexpr std::string_view inBundle = "/Contents/MacOS";
     path_ = contents_ = resources_ = std::move(directory);
     if (std::string_view(path_).ends_with(inBundle)) {
@@ -71,19 +71,19 @@ ApplicationBundle::ApplicationBundle(std::string directory) {
         contents_ = path_ + "/Contents";
         resources_ = contents_ + "/Resources";
     }
-    // Else a helper would be looked for wherever the program was started.
+    // An empty path would make the helper's path relative to the working directory.
     if (path_.empty()) path_ = '/';
 }
 
-std::optional<std::string> ApplicationBundle::pathForResource(std::string_view name,
-                                                              std::string_view type) const {
+std::optional<std::string> QtBundle::pathForResource(std::string_view name,
+                                                     std::string_view type) const {
     std::string path = resources_ + '/';
     path += name;
     if (!type.empty()) (path += '.') += type;
     return isFile(path) ? std::optional(path) : std::nullopt;
 }
 
-std::string ApplicationBundle::version() const {
+std::string QtBundle::version() const {
     const auto list = PosixFileSystem().head(contents_ + "/Info.plist", propertyListLimit);
     return bundleVersion(QByteArrayView(list.data(), static_cast<qsizetype>(list.size())));
 }

@@ -1,4 +1,4 @@
-// The program's own bundle, found from where its executable stands. Main thread.
+// The program's own bundle, found from the path of its executable. Main thread.
 #pragma once
 
 #include "interfaces/system.h"
@@ -15,23 +15,23 @@ namespace oxlade {
 /// slash at its end. Needs the application object.
 std::string executableDirectory();
 
-/// The text of CFBundleShortVersionString in the top dictionary of an XML property
-/// list; empty when it is not there, is no string, or the list is malformed.
+/// The value of CFBundleShortVersionString in the top dictionary of an XML property list;
+/// empty when it is missing or no string, or the list is malformed.
 std::string bundleVersion(QByteArrayView propertyList);
 
-/// An executable in "Contents/MacOS" belongs to the bundle whose directory holds
-/// "Contents"; its resources are in "Contents/Resources". Any other directory is a
-/// bundle by itself and holds its resources directly.
-class ApplicationBundle final : public Bundle {
+/// The bundle of an executable in "Contents/MacOS" is the directory that holds "Contents";
+/// its resources are in "Contents/Resources". Any other directory is a bundle by itself and
+/// holds its resources directly.
+class QtBundle final : public Bundle {
   public:
     /// `executableDirectory`: absolute, without a slash at its end.
-    explicit ApplicationBundle(std::string executableDirectory);
+    explicit QtBundle(std::string executableDirectory);
 
     std::string bundlePath() const override { return path_; }
-    /// Looks at each call. A directory is no resource.
+    /// Asks the file system at each call. A directory is no resource.
     std::optional<std::string> pathForResource(std::string_view name,
                                                std::string_view type) const override;
-    /// As "Contents/Info.plist" (or "Info.plist") has it; empty when it has none.
+    /// From "Contents/Info.plist" (or "Info.plist"); empty when that has none.
     std::string version() const;
 
   private:

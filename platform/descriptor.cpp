@@ -9,16 +9,12 @@ namespace oxlade {
 
 namespace {
 
-// Moves the descriptor out of the way of the standard streams.
-bool settle(Descriptor& descriptor) {
-    if (descriptor.get() > STDERR_FILENO) return fcntl(descriptor.get(), F_SETFD, FD_CLOEXEC) == 0;
-    descriptor = Descriptor(fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    return static_cast<bool>(descriptor);
-}
-
-std::optional<DescriptorPair> settled(const int (&ends)[2]) {
+std::optional<DescriptorPair> pairOf(const int (&ends)[2]) {
     DescriptorPair pair{Descriptor(ends[0]), Descriptor(ends[1])};
-    if (!settle(pair.first) || !settle(pair.second)) return std::nullopt;
+#ifndef __linux__
+    for (const int end : ends)
+        if (fcntl(end, F_SETFD, FD_CLOEXEC) != 0) return std::nullopt;
+#endif
     return pair;
 }
 
@@ -42,12 +38,12 @@ void Descriptor::reset() {
 std::optional<DescriptorPair> makePipe() {
     int ends[2];
 #ifdef __linux__
-    // Close-on-exec from the start: no other thread's child can catch them open.
+    // Close-on-exec from the start: no child of another thread inherits them.
     if (pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
 #else
     if (pipe(ends) != 0) return std::nullopt;
 #endif
-    return settled(ends);
+    return pairOf(ends);
 }
 
 std::optional<DescriptorPair> makeSocketPair() {
@@ -57,7 +53,13 @@ std::optional<DescriptorPair> makeSocketPair() {
 #else
     if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0) return std::nullopt;
 #endif
-    return settled(ends);
+    return pairOf(ends);
+}
+
+// open() takes the lowest free number: those below are open by then.
+void openClosedStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(stream, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) return;
 }
 
 } // namespace oxlade

@@ -1,8 +1,4 @@
-// File descriptors that close themselves.
-//
-// All that are made here are close-on-exec and numbered 3 or above, so that a
-// program that was started without standard streams never mixes them up. Any thread,
-// each descriptor on one at a time.
+// File descriptors that close themselves. Any thread, each descriptor on one at a time.
 #pragma once
 
 #include <optional>
@@ -21,6 +17,7 @@ class Descriptor final {
 
     int get() const { return number_; }
     explicit operator bool() const { return number_ >= 0; }
+    /// Closes it; keeps errno.
     void reset();
 
   private:
@@ -32,11 +29,16 @@ struct DescriptorPair {
     Descriptor second;
 };
 
-/// first: the end to read; second: the end to write. Nothing on failure, errno
-/// says why.
+/// A close-on-exec pipe. first: the end to read; second: the end to write. Nothing on
+/// failure, errno says why.
 std::optional<DescriptorPair> makePipe();
 
-/// Two connected stream sockets. Nothing on failure, errno says why.
+/// Two connected close-on-exec stream sockets. Nothing on failure, errno says why.
 std::optional<DescriptorPair> makeSocketPair();
+
+/// Opens /dev/null as each of the standard streams that is closed, so that no descriptor
+/// opened later becomes one of them, which children would inherit. To be called before
+/// anything else opens a descriptor.
+void openClosedStandardStreams();
 
 } // namespace oxlade

@@ -1,15 +1,59 @@
 #include "platform/desktop_settings.h"
 
-#include "platform/portal_settings.h"
+#include "platform/file_system.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QFile>
+#include <QObject>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QVariant>
 
 #include <utility>
 
 namespace oxlade {
 
+/// The settings that the desktop portal offers to all programs. Calls the listener with each
+/// value asked for once the portal answers, and with every change of any value. Nothing is
+/// called for an unknown value or without a portal. Main thread.
+class PortalSettings final : public QObject {
+    Q_OBJECT
+
+  public:
+    using Listener =
+        std::function<void(const QString& group, const QString& key, const QVariant& value)>;
+
+    explicit PortalSettings(Listener listener);
+    void ask(const QString& group, const QString& key);
+
+  private:
+    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+    Listener listener_;
+};
+
 namespace {
+
+const auto service = QLatin1String("org.freedesktop.portal.Desktop");
+const auto path = QLatin1String("/org/freedesktop/portal/desktop");
+const auto interface = QLatin1String("org.freedesktop.portal.Settings");
+
+// Without this test Qt would start a bus where there is none.
+bool hasSessionBus() {
+    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
+           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QLatin1String("/bus"));
+}
+
+// An answer is wrapped twice, a change once.
+QVariant unwrapped(QVariant value) {
+    while (value.metaType() == QMetaType::fromType<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
 
 const auto appearance = QLatin1String("org.freedesktop.appearance");
 const auto reducedMotion = QLatin1String("reduced-motion");
@@ -17,7 +61,7 @@ const auto colorSchemeKey = QLatin1String("color-scheme");
 const auto gnomeInterface = QLatin1String("org.gnome.desktop.interface");
 const auto enableAnimations = QLatin1String("enable-animations");
 
-// A value of another type than the key's is no value.
+// Nothing for a value of another type.
 std::optional<unsigned> asNumber(const QVariant& value) {
     if (value.typeId() != QMetaType::UInt && value.typeId() != QMetaType::Int) return {};
     return value.toUInt();
@@ -31,7 +75,8 @@ std::optional<bool> asTruth(const QVariant& value) {
 bool kdeAnimatesNothing() {
     const auto file =
         QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kdeglobals"));
-    if (file.isEmpty()) return false;
+    // QSettings would block on a pipe.
+    if (!isRegularFile(QFile::encodeName(file).toStdString())) return false;
     const QSettings settings(file, QSettings::IniFormat);
     bool isNumber = false;
     const double factor =
@@ -40,6 +85,35 @@ bool kdeAnimatesNothing() {
 }
 
 } // namespace
+
+PortalSettings::PortalSettings(Listener listener) : listener_(std::move(listener)) {
+    if (!hasSessionBus()) return;
+    // The connection below fails without it.
+    qRegisterMetaType<QDBusVariant>();
+    const bool connected = QDBusConnection::sessionBus().connect(
+        service, path, interface, QStringLiteral("SettingChanged"), this,
+        SLOT(settingChanged(QString, QString, QDBusVariant)));
+    if (!connected && QDBusConnection::sessionBus().isConnected())
+        qWarning("Cannot follow changes of the desktop's settings.");
+}
+
+void PortalSettings::ask(const QString& group, const QString& key) {
+    if (!hasSessionBus() || !QDBusConnection::sessionBus().isConnected()) return;
+    auto call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
+    call << group << key;
+    auto* watcher =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, group, key] {
+        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+        watcher->deleteLater();
+        if (!reply.isError()) settingChanged(group, key, reply.value());
+    });
+}
+
+void PortalSettings::settingChanged(const QString& group, const QString& key,
+                                    const QDBusVariant& value) {
+    listener_(group, key, unwrapped(value.variant()));
+}
 
 class DesktopSettings::Source final {
   public:
@@ -69,7 +143,7 @@ class DesktopSettings::Source final {
         if (group == appearance && key == reducedMotion) reducedMotion_ = asNumber(value);
         if (group == appearance && key == colorSchemeKey) scheme_ = asNumber(value);
         if (group == gnomeInterface && key == enableAnimations) animations_ = asTruth(value);
-        // A copy: the handler may put another in its place.
+        // A copy: the handler may replace it.
         if (const auto handler = onChange; handler && known() != before) handler();
     }
 
@@ -95,3 +169,5 @@ void DesktopSettings::setChangeHandler(std::function<void()> handler) {
 }
 
 } // namespace oxlade
+
+#include "platform/desktop_settings.moc"

@@ -1,9 +1,8 @@
-// What the user asked of all programs on this desktop.
+// The user's settings for all programs of the desktop.
 //
-// On Linux it comes from the desktop portal, and motion from KDE's settings where
-// no portal knows of it; on macOS motion comes from the workspace, and the toolkit
-// follows the colours by itself. The macOS source was never compiled: there was no
-// Mac to build it on.
+// On Linux they come from the desktop portal, and motion from KDE's settings file where no
+// portal tells of it. On macOS motion comes from the workspace, and Qt follows the colours
+// by itself; that source has never been compiled.
 #pragma once
 
 #include "interfaces/colors.h"
@@ -14,9 +13,8 @@
 
 namespace oxlade {
 
-/// Main thread, made after the application object and gone before it. Asks when it
-/// is made and returns at once: until an answer is here, and where none ever
-/// comes, there is no wish.
+/// Main thread; made after the application object and destroyed before it. The constructor
+/// asks and returns at once: until an answer arrives there are no preferences.
 class DesktopSettings final {
   public:
     DesktopSettings();
@@ -24,9 +22,9 @@ class DesktopSettings final {
     DesktopSettings(const DesktopSettings&) = delete;
     DesktopSettings& operator=(const DesktopSettings&) = delete;
 
-    /// As it stands now.
+    /// The present value.
     bool shouldReduceMotion() const;
-    /// Nothing: the user has no preference, or nobody knows it.
+    /// Nothing: the user has no preference, or it is not known.
     std::optional<ColorScheme> colorScheme() const;
     /// Called after either of the two has changed; an empty one removes it.
     void setChangeHandler(std::function<void()> handler);

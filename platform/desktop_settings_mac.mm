@@ -1,5 +1,4 @@
-// The workspace's setting for reduced motion. Never compiled so far: there was no
-// Mac to build it on.
+// The workspace's setting for reduced motion. Never compiled: only a Mac can.
 #include "platform/desktop_settings.h"
 
 #import <AppKit/AppKit.h>
@@ -10,7 +9,7 @@ namespace oxlade {
 class DesktopSettings::Source final {
   public:
     Source() {
-        // Such news comes from the workspace's own centre, not the default one.
+        // The workspace posts to a notification centre of its own.
         observer_ = [[[NSWorkspace sharedWorkspace] notificationCenter]
             addObserverForName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
                         object:nil
@@ -35,7 +34,7 @@ bool DesktopSettings::shouldReduceMotion() const {
     return [[NSWorkspace sharedWorkspace] accessibilityDisplayShouldReduceMotion] == YES;
 }
 
-// The toolkit follows the effective appearance by itself.
+// Qt follows the effective appearance by itself.
 std::optional<ColorScheme> DesktopSettings::colorScheme() const { return std::nullopt; }
 
 void DesktopSettings::setChangeHandler(std::function<void()> handler) {

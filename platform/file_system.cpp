@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,23 +15,36 @@ namespace oxlade {
 namespace {
 
 constexpr std::size_t leastRead = 4096; // bytes
+constexpr auto longestLease = std::chrono::seconds(2);
+constexpr int leaseInterval = 10; // milliseconds
 
-bool isRegular(const struct stat& status) { return S_ISREG(status.st_mode); }
+// Opening a leased file without blocking fails, and asks the holder to release the lease.
+Descriptor openWithoutBlocking(const std::string& path) {
+    const auto end = std::chrono::steady_clock::now() + longestLease;
+    for (;;) {
+        Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        if (file || errno != EWOULDBLOCK || !isRegularFile(path)) return file;
+        if (std::chrono::steady_clock::now() >= end) return {};
+        poll(nullptr, 0, leaseInterval);
+    }
+}
 
-// Without waiting for whoever writes, should it be a pipe.
 Descriptor openRegularFile(const std::string& path) {
-    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    auto file = openWithoutBlocking(path);
     struct stat status {};
-    if (!file || fstat(file.get(), &status) != 0 || !isRegular(status)) return {};
+    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
     return file;
 }
 
 } // namespace
 
-bool PosixFileSystem::isExecutableFile(const std::string& path) const {
+bool isRegularFile(const std::string& path) {
     struct stat status {};
-    return stat(path.c_str(), &status) == 0 && isRegular(status) &&
-           faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool PosixFileSystem::isExecutableFile(const std::string& path) const {
+    return isRegularFile(path) && faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
 std::string PosixFileSystem::currentDirectoryPath() const {
@@ -53,7 +68,7 @@ std::string PosixFileSystem::head(const std::string& path, std::size_t limit) co
     std::string bytes;
     std::size_t count = 0;
     while (count < limit) {
-        // Not all of the limit at once: memory is touched only for what is there.
+        // Grows with what is read: a large limit costs no memory for a small file.
         if (count == bytes.size()) bytes.resize(std::min(limit, count * 2 + leastRead));
         const ssize_t got = read(file.get(), bytes.data() + count, bytes.size() - count);
         if (got < 0 && errno == EINTR) continue;

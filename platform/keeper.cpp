@@ -1,16 +1,12 @@
 #include "platform/keeper.h"
 
 #include "interfaces/keeper_protocol.h"
-#include "platform/spawn.h"
 
-#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
-#include <sys/wait.h>
-#include <system_error>
-#include <thread>
+#include <utility>
 
 namespace oxlade {
 
@@ -22,8 +18,8 @@ constexpr int withoutSignal = MSG_NOSIGNAL;
 constexpr int withoutSignal = 0; // the program ignores SIGPIPE
 #endif
 
-// A few bytes into an empty socket: never blocks, never comes in parts.
-bool send(const Descriptor& lifeline, KeeperMessage message, const int* attached = nullptr) {
+// Never blocks and is never cut: the socket's buffer holds all messages of a run.
+bool send(const Descriptor& lifeline, KeeperMessage message, const Descriptor* attached = nullptr) {
     if (!lifeline) return false;
     iovec content{&message, sizeof message};
     msghdr header{};
@@ -37,14 +33,10 @@ bool send(const Descriptor& lifeline, KeeperMessage message, const int* attached
         part->cmsg_level = SOL_SOCKET;
         part->cmsg_type = SCM_RIGHTS;
         part->cmsg_len = CMSG_LEN(sizeof(int));
-        std::memcpy(CMSG_DATA(part), attached, sizeof(int));
+        const int number = attached->get();
+        std::memcpy(CMSG_DATA(part), &number, sizeof number);
     }
     return sendmsg(lifeline.get(), &header, withoutSignal) == sizeof message;
-}
-
-void waitFor(pid_t process) {
-    while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
-    }
 }
 
 } // namespace
@@ -52,25 +44,23 @@ void waitFor(pid_t process) {
 Keeper Keeper::start(const std::string& executablePath, const Descriptor& output) {
     auto sockets = executablePath.empty() ? std::nullopt : makeSocketPair();
     const Descriptor nowhere(sockets ? open("/dev/null", O_RDWR | O_CLOEXEC) : -1);
-    if (!nowhere) return {};
-    pid_t process = 0;
-    if (spawn({executablePath, {}, &output, &sockets->second, &nowhere}, process) != 0) return {};
-    Keeper keeper(std::move(sockets->first));
-    try {
-        std::thread(waitFor, process).detach(); // it may end at any time, and leaves no zombie
-    } catch (const std::system_error&) {
-        sockets.reset();
-        keeper.runIsOver();
-        waitFor(process);
-    }
+    Keeper keeper;
+    if (nowhere &&
+        spawn({executablePath, {}, &output, &sockets->second, &nowhere}, keeper.process_) == 0)
+        keeper.lifeline_ = std::move(sockets->first);
     return keeper;
 }
 
-void Keeper::watch(pid_t helper) { send(lifeline_, {KeeperNews::helperStarted, helper}); }
+void Keeper::watch(const ChildProcess& helper) {
+    const KeeperMessage message{KeeperNews::helperStarted, helper.number()};
+#ifdef __linux__ // a kqueue cannot be sent
+    if (helper.end() && send(lifeline_, message, &helper.end())) return;
+#endif
+    send(lifeline_, message);
+}
 
 void Keeper::hold(const Descriptor& descriptor) {
-    const int number = descriptor.get();
-    send(lifeline_, {KeeperNews::holdThis, 0}, &number);
+    send(lifeline_, {KeeperNews::holdThis, 0}, &descriptor);
 }
 
 void Keeper::runIsOver() {

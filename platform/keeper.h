@@ -1,40 +1,38 @@
-// The keeper: a small process beside each helper run, as seen from the program.
+// The keeper, as seen from the program: a small process beside each helper run.
 //
-// It holds the read end of the helper's pipe without reading, and when we are gone
-// in mid-run, for whatever reason, it reads on in our place until the helper has
-// ended, so that no helper ever fails for want of a reader.
-//
-// Any thread, one at a time. Nothing here fails: a run goes on without its keeper.
+// It holds the read end of the helper's pipe without reading. When the program is gone in
+// mid-run, for whatever reason, the keeper reads on until the helper has ended, so the
+// helper never gets SIGPIPE.
 #pragma once
 
+#include "platform/child_process.h"
 #include "platform/descriptor.h"
 
 #include <string>
-#include <sys/types.h>
 
 namespace oxlade {
 
+/// One thread at a time, but process() may be used beside the other methods. Nothing here
+/// reports a failure: a run goes on without its keeper.
 class Keeper final {
   public:
-    /// None: all that it is asked to do fails quietly.
+    /// No keeper: messages to it are dropped.
     Keeper() = default;
-    /// Starts one that holds `output`, a pipe's read end. One that cannot start is
-    /// none.
+    /// Starts one that holds `output`, a pipe's read end. Returns no keeper when it cannot
+    /// be started.
     static Keeper start(const std::string& executablePath, const Descriptor& output);
 
-    Keeper(Keeper&&) = default;
-    Keeper& operator=(Keeper&&) = default;
-
-    /// Names the process for which it keeps reading.
-    void watch(pid_t helper);
-    /// Gives it a copy of the descriptor to hold for as long as it lives.
+    /// Tells it for which process it keeps reading.
+    void watch(const ChildProcess& helper);
+    /// Gives it a copy of the descriptor to hold open until it ends.
     void hold(const Descriptor& descriptor);
-    /// It goes at once; from now on all that it is asked to do fails quietly.
+    /// Makes it end; messages from now on are dropped.
     void runIsOver();
+    /// To be reaped by the caller.
+    ChildProcess& process() { return process_; }
 
   private:
-    explicit Keeper(Descriptor lifeline) : lifeline_(std::move(lifeline)) {}
-
+    ChildProcess process_;
     Descriptor lifeline_;
 };
 

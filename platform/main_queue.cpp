@@ -3,7 +3,6 @@
 #include <QSocketNotifier>
 
 #include <cerrno>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -11,18 +10,15 @@ namespace oxlade {
 
 namespace {
 
-// Long enough to get through some hundred short jobs, short enough not to be seen.
+// Long enough for some hundred short jobs, short enough to be invisible.
 constexpr std::chrono::milliseconds slice{4};
-
-DescriptorPair pipeOrThrow() {
-    auto pipe = makePipe();
-    if (!pipe) throw std::system_error(errno, std::system_category());
-    return std::move(*pipe);
-}
 
 } // namespace
 
-PosixMainQueue::PosixMainQueue() : pipe_(pipeOrThrow()) {}
+std::shared_ptr<PosixMainQueue> PosixMainQueue::make() {
+    auto pipe = makePipe();
+    return pipe ? std::make_shared<PosixMainQueue>(std::move(*pipe)) : nullptr;
+}
 
 void PosixMainQueue::post(Job job) {
     const std::lock_guard lock(mutex_);
@@ -43,15 +39,14 @@ PosixMainQueue::Job PosixMainQueue::take() {
     return job;
 }
 
-// With the lock held, when the last job has gone.
+// With the lock held, when the last job was taken.
 void PosixMainQueue::clearPipe() {
     char byte;
     while (read(pipe_.first.get(), &byte, 1) < 0 && errno == EINTR) {
     }
 }
 
-// Pipe and jobs agree before a job runs, so an event loop within it finds the
-// queue as it is.
+// Pipe and jobs agree before a job runs: the job may run an event loop.
 void PosixMainQueue::run(std::chrono::milliseconds forAtMost) {
     const auto end = std::chrono::steady_clock::now() + forAtMost;
     do {

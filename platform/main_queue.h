@@ -1,4 +1,4 @@
-// The one door from other threads to the main thread.
+// Jobs from other threads, run on the main thread.
 #pragma once
 
 #include "interfaces/system.h"
@@ -14,24 +14,24 @@ class QSocketNotifier;
 
 namespace oxlade {
 
-/// The jobs and a pipe that is readable exactly while some are waiting. Knows
-/// nothing of an event loop: a thread may go on holding it, and posting to it,
-/// when the main thread has long left.
+/// The jobs, and a pipe that is readable exactly while some are waiting. Independent of an
+/// event loop: a thread may hold it, and post to it, after the main thread's loop has ended.
 class PosixMainQueue final : public MainQueue {
   public:
     using Job = std::function<void()>;
 
-    /// Throws std::system_error when the system has no pipe left.
-    PosixMainQueue();
+    /// Null when the system has no pipe left; errno says why.
+    static std::shared_ptr<PosixMainQueue> make();
+    explicit PosixMainQueue(DescriptorPair pipe) : pipe_(std::move(pipe)) {}
 
     void post(Job job) override;
 
     /// Readable while jobs are waiting.
     int readableDescriptor() const { return pipe_.first.get(); }
-    /// Main thread. Runs whole jobs, oldest first, until none is left or the
-    /// time is up; at least one, if there is one. A job may call it again.
+    /// Main thread. Runs whole jobs, oldest first, until none is left or the time is up; at
+    /// least one, if there is one. A job may call it again.
     void run(std::chrono::milliseconds slice);
-    /// Any thread. Drops what is waiting, and all that is posted from now on.
+    /// Any thread. Drops the waiting jobs, and all that are posted from now on.
     void close();
 
   private:
@@ -44,10 +44,9 @@ class PosixMainQueue final : public MainQueue {
     DescriptorPair pipe_;
 };
 
-/// Runs the queue's jobs from the main thread's event loop, a slice at a time, so
-/// that a flood of them leaves room for painting, clicks and timers. Nested event
-/// loops go on with the jobs. Lives on the main thread, shorter than the
-/// application object; closes the queue when it goes.
+/// Runs the queue's jobs from the main thread's event loop, a slice at a time, so that
+/// painting, clicks and timers are handled between them. Nested event loops run jobs, too.
+/// Main thread; destroyed before the application object; its destructor closes the queue.
 class MainQueuePump final {
   public:
     explicit MainQueuePump(std::shared_ptr<PosixMainQueue> queue);

@@ -13,10 +13,9 @@
 #include "platform/desktop_settings.h"
 #include "platform/file_system.h"
 #include "platform/helper_process.h"
-#include "platform/login_manager.h"
 #include "platform/main_queue.h"
-#include "platform/user_defaults.h"
-#include "platform/workspace.h"
+#include "platform/sleep_lock.h"
+#include "platform/user_environment.h"
 #include "ui/main_window.h"
 #include "ui/qt_user_interface.h"
 
@@ -90,16 +89,16 @@ int main(int argc, char* argv[]) {
     if (argc < 3) return 2;
     const std::string folder = argv[1];
 
-    StoredUserDefaults userDefaults;
-    ApplicationBundle bundle{folder};
+    QtUserDefaults userDefaults;
+    QtBundle bundle{folder};
     PosixFileSystem fileSystem;
-    LoginManagerSleepLock sleepLock;
+    PosixSleepLock sleepLock{[] { return std::string{"benchmark"}; }};
     PosixHelperProcesses helperProcesses{folder + "/oxlade-keeper", &sleepLock};
     TimedProcesses timedProcesses{helperProcesses};
-    DesktopWorkspace workspace;
+    QtWorkspace workspace;
     DesktopSettings desktop;
     YesDialogs dialogs;
-    const auto mainQueue = std::make_shared<PosixMainQueue>();
+    const auto mainQueue = PosixMainQueue::make();
     const MainQueuePump pump{mainQueue};
     QtUserInterface userInterface{
         {bundle.version(), "oxlade.example", [&desktop] { return desktop.shouldReduceMotion(); }}};

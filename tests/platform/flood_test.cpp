@@ -1,6 +1,5 @@
-// A real helper that prints more than anybody can read, through the real pipe, threads
-// and queue into the real controller: it ends in the state that the rules, told in the
-// plainest words, make of the very chunks that were read.
+// A flood from a real helper, through the real pipe, thread and queue into the real
+// controller, which must end in the state that the model derives from the same chunks.
 #include "platform/helper_process.h"
 #include "platform/main_queue.h"
 #include "tests/testing/fake_program.h"
@@ -15,11 +14,11 @@ namespace {
 
 using Chunks = std::vector<std::string>;
 
-/// A real process that keeps what it reads. Used on one background thread, and looked
-/// at after that thread's last word.
-class OverheardProcess final : public HelperProcess {
+/// A real process that records the chunks it reads, on the run's thread. Read them after the
+/// run.
+class RecordingProcess final : public HelperProcess {
   public:
-    OverheardProcess(std::shared_ptr<HelperProcess> process, std::shared_ptr<Chunks> chunks)
+    RecordingProcess(std::shared_ptr<HelperProcess> process, std::shared_ptr<Chunks> chunks)
         : process_{std::move(process)}, chunks_{std::move(chunks)} {}
     void setReadabilityHandler(ReadabilityHandler handler) override {
         if (!handler) return process_->setReadabilityHandler({});
@@ -40,11 +39,11 @@ class OverheardProcess final : public HelperProcess {
     std::shared_ptr<Chunks> chunks_;
 };
 
-/// Starts the simulated sampler whatever is asked for.
-class OverheardProcesses final : public HelperProcesses {
+/// Starts the simulated sampler, whatever the path.
+class RecordingProcesses final : public HelperProcesses {
   public:
     std::shared_ptr<HelperProcess> make(std::string, std::vector<std::string> arguments) override {
-        return std::make_shared<OverheardProcess>(
+        return std::make_shared<RecordingProcess>(
             real_.make(OXLADE_SIMULATOR, std::move(arguments)), chunks);
     }
     std::shared_ptr<Chunks> chunks = std::make_shared<Chunks>();
@@ -58,8 +57,8 @@ class Flood : public ::testing::TestWithParam<std::string> {};
 TEST_P(Flood, EndsInTheStateThatTheChunksAsReadMake) {
     setenv("OXLADE_SIM", GetParam().c_str(), 1); // NOLINT: no other thread yet
     FakeProgram fakes;
-    const auto queue = std::make_shared<PosixMainQueue>();
-    OverheardProcesses processes;
+    const auto queue = PosixMainQueue::make();
+    RecordingProcesses processes;
     const auto delegate =
         std::make_shared<AppDelegate>(System{queue, processes, fakes.files, fakes.files,
                                              fakes.defaults, fakes.dialogs, fakes.dialogs},
@@ -80,7 +79,7 @@ TEST_P(Flood, EndsInTheStateThatTheChunksAsReadMake) {
         std::size_t logLength = 0;
     } last;
     while (delegate->currentTask()) {
-        // One job at a time: what stands before the last one is what the output made.
+        // One job at a time: the state before the last one comes from the output alone.
         last = {fakes.controls.progress.value, delegate->operationKey(), delegate->deviceGeometry(),
                 delegate->operationPercent(), fakes.controls.logView.text.size()};
         fakes.trace.take();

@@ -1,150 +1,140 @@
-// The keeper beside real runs, also of a program that dies in mid-run.
-#include "platform/spawn.h"
-#include "tests/platform/processes.h"
+// The keeper: beside real runs, after the end of the program, and by itself.
+#include "interfaces/keeper_protocol.h"
+#include "tests/platform/no_pidfd.h"
 #include "tests/platform/recorded_run.h"
-#include "tests/platform/temporary_folder.h"
-#include "tests/platform/watched_lock.h"
+#include "tests/testing/processes.h"
+#include "tests/testing/temporary_folder.h"
 
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
-namespace oxlade {
+namespace oxlade::test {
 namespace {
 
-// Programs in a folder of the test's own, so that their processes are known by it.
+// Programs in a folder of the test's own, by which their processes are known.
 class KeeperTest : public testing::Test {
   protected:
     KeeperTest() {
+        std::filesystem::permissions(folder_.path(), std::filesystem::perms{0755});
         std::filesystem::copy_file(OXLADE_KEEPER, keeper_);
         std::filesystem::copy_file(OXLADE_TEST_HELPER, helper_);
+        std::filesystem::copy_file(OXLADE_TEST_DRIVER, driver_);
         folder_.file("lock");
     }
-    ~KeeperTest() override {
-        for (const pid_t left : processesOf(helper_)) kill(left, SIGKILL);
-        for (const pid_t left : processesOf(keeper_)) kill(left, SIGKILL);
+    ~KeeperTest() override { killAll(); }
+
+    void killAll() const {
+        for (const auto& program : {helper_, keeper_, driver_})
+            for (const pid_t left : processesOf(program)) kill(left, SIGKILL);
     }
 
-    RecordedRun run(std::vector<std::string> arguments) const {
-        return {helper_, std::move(arguments), PosixHelperProcesses(keeper_)};
+    RecordedRun run(std::vector<std::string> arguments, SleepLock* lock = nullptr) const {
+        return {helper_, std::move(arguments), PosixHelperProcesses(keeper_, lock)};
     }
     bool keeperIsThere() const { return !processesOf(keeper_).empty(); }
-    // The one that there is; it is no zombie afterwards either.
-    void killKeeper() const {
+    bool keeperHasGone() const {
+        return eventually([this] { return !keeperIsThere(); });
+    }
+    // The only one; 0 when there are none or several.
+    pid_t keeper() const {
         const auto keepers = processesOf(keeper_);
-        ASSERT_EQ(keepers.size(), 1u);
-        kill(keepers.front(), SIGKILL);
-        EXPECT_TRUE(eventually([&] { return kill(keepers.front(), 0) != 0 && errno == ESRCH; }));
+        EXPECT_EQ(keepers.size(), 1u);
+        return keepers.size() == 1 ? keepers.front() : 0;
+    }
+    void killKeeper() const {
+        const pid_t process = keeper();
+        ASSERT_NE(process, 0);
+        kill(process, SIGKILL);
+        EXPECT_TRUE(eventually([&] { return stateOf(process) == '\0'; })) << "a zombie";
     }
 
     const TemporaryFolder folder_;
     const std::string keeper_ = folder_.path("keeper");
     const std::string helper_ = folder_.path("helper");
+    const std::string driver_ = folder_.path("driver");
     const std::string lock_ = folder_.path("lock");
 };
 
-TEST_F(KeeperTest, StandsBesideARunAndGoesWithIt) {
+TEST_F(KeeperTest, EndsWithTheRun) {
     auto going = run({"until-gone", lock_});
-    ASSERT_EQ(going.process->launch(), std::nullopt);
-    ASSERT_TRUE(going.waitForText("waiting"));
-    EXPECT_EQ(processesOf(keeper_).size(), 1u);
+    ASSERT_TRUE(going.startUntil("waiting"));
+    EXPECT_NE(keeper(), 0);
     folder_.remove("lock");
     EXPECT_TRUE(going.waitForExit());
-    EXPECT_TRUE(eventually([&] { return !keeperIsThere(); }));
+    EXPECT_TRUE(keeperHasGone());
 }
 
-TEST_F(KeeperTest, GoesWithTheRunAlsoWhenAGrandchildHoldsThePipe) {
+TEST_F(KeeperTest, EndsWithTheRunAlsoWhenAGrandchildHoldsThePipe) {
     auto over = run({"child", lock_, "10"});
-    ASSERT_EQ(over.process->launch(), std::nullopt);
-    EXPECT_TRUE(over.waitForExit());
-    EXPECT_TRUE(eventually([&] { return !keeperIsThere(); }));
+    EXPECT_EQ(over.finish(), 5);
+    EXPECT_TRUE(keeperHasGone());
     EXPECT_EQ(processesOf(helper_).size(), 1u) << "the grandchild should still be there";
 }
 
-TEST_F(KeeperTest, GoesAtOnceWhenTheHelperCannotBeStarted) {
-    {
-        RecordedRun going(OXLADE_TEST_HELPER, {"print", "1"}, PosixHelperProcesses(keeper_));
-        ASSERT_EQ(going.process->launch(), std::nullopt) << "there is a keeper to be started";
-        EXPECT_TRUE(going.waitForExit());
-    }
+TEST_F(KeeperTest, EndsAtOnceWhenTheHelperCannotBeStarted) {
     RecordedRun refused(folder_.path("missing"), {}, PosixHelperProcesses(keeper_));
     EXPECT_NE(refused.process->launch(), std::nullopt);
-    EXPECT_TRUE(eventually([&] { return !keeperIsThere(); }));
+    EXPECT_TRUE(keeperHasGone());
 }
 
-// What the descriptors of a process are, without their numbers.
-std::multiset<std::string> kindsOfDescriptors(const std::string& process) {
-    std::multiset<std::string> kinds;
-    std::error_code error;
-    for (const auto& name : namesIn(process + "/fd")) {
-        const auto link = std::filesystem::path(process) / "fd" / name;
-        const auto kind = std::filesystem::read_symlink(link, error).string();
-        kinds.insert(kind.starts_with("anon_inode") ? kind : kind.substr(0, kind.find('[')));
-    }
-    return kinds;
-}
-
-TEST_F(KeeperTest, HasNoDescriptorsButItsThreeStreamsAndTheHelpersEnd) {
-    const int careless = open("/dev/null", O_RDONLY);
+TEST_F(KeeperTest, HasItsThreeStreamsAPidfdAndNothingElse) {
+    const Descriptor inheritable(open("/dev/null", O_RDONLY));
     auto going = run({"until-gone", lock_});
-    ASSERT_EQ(going.process->launch(), std::nullopt);
-    ASSERT_TRUE(going.waitForText("waiting"));
-    const auto keepers = processesOf(keeper_);
-    ASSERT_EQ(keepers.size(), 1u);
-    const auto process = "/proc/" + std::to_string(keepers.front());
+    ASSERT_TRUE(going.startUntil("waiting"));
+    const pid_t process = keeper();
+    const auto kinds = [&] {
+        std::multiset<std::string> found;
+        for (const auto& name : openFiles(process))
+            found.insert(name.starts_with("anon_inode") ? name : name.substr(0, name.find('[')));
+        return found;
+    };
     const std::multiset<std::string> own{"/dev/null", "anon_inode:[pidfd]", "pipe:", "socket:"};
-    EXPECT_TRUE(eventually([&] { return kindsOfDescriptors(process) == own; }));
-    EXPECT_TRUE(eventually([&] { return std::filesystem::read_symlink(process + "/cwd") == "/"; }));
-    close(careless);
+    EXPECT_TRUE(eventually([&] { return kinds() == own; })) << testing::PrintToString(kinds());
+    EXPECT_TRUE(
+        eventually([&] { return std::filesystem::read_symlink(inProc(process, "cwd")) == "/"; }));
+    EXPECT_EQ(getsid(process), process);
 }
 
-TEST_F(KeeperTest, IsNotMissedWhenItDiesAndLeavesNoZombie) {
-    auto going = run({"until-gone", lock_});
-    ASSERT_EQ(going.process->launch(), std::nullopt);
-    ASSERT_TRUE(going.waitForText("waiting"));
+TEST_F(KeeperTest, ItsDeathStopsNeitherTheRunNorTheSleepLockAndLeavesNoZombie) {
+    WatchedLock watched;
+    LockAtOnce lock{std::move(watched.lock)};
+    auto going = run({"until-gone", lock_}, &lock);
+    ASSERT_TRUE(going.startUntil("waiting"));
     ASSERT_NO_FATAL_FAILURE(killKeeper());
+    EXPECT_TRUE(watched.isHeld());
     folder_.remove("lock");
     EXPECT_TRUE(going.waitForExit());
     EXPECT_EQ(going.process->terminationStatus(), 0);
+    EXPECT_TRUE(watched.isReleased());
 }
 
-TEST_F(KeeperTest, ItsDeathDoesNotLetTheComputerSleep) {
-    WatchedLock watched;
-    LockAtOnce lock{std::move(watched.lock)};
-    RecordedRun going(helper_, {"until-gone", lock_}, PosixHelperProcesses(keeper_, &lock));
-    ASSERT_EQ(going.process->launch(), std::nullopt);
-    ASSERT_TRUE(going.waitForText("waiting"));
-    ASSERT_NO_FATAL_FAILURE(killKeeper());
-    EXPECT_TRUE(watched.isHeld()) << "nobody holds the lock any more";
-    folder_.remove("lock");
-    EXPECT_TRUE(going.waitForExit());
-    EXPECT_TRUE(watched.isReleasedWithin(2000)) << "the computer may sleep again";
+TEST_F(KeeperTest, WithoutPidfdsItsDeathLeavesNoZombie) {
+    std::thread([this] {
+        ASSERT_TRUE(forbidPidfds());
+        auto going = run({"until-gone", lock_});
+        ASSERT_TRUE(going.startUntil("waiting"));
+        ASSERT_NO_FATAL_FAILURE(killKeeper());
+        folder_.remove("lock");
+        EXPECT_TRUE(going.waitForExit());
+    }).join();
 }
 
-TEST_F(KeeperTest, NoSignalThatEndsTheProgramEndsIt) {
+TEST_F(KeeperTest, IgnoresTheSignalsThatEndTheProgram) {
     auto going = run({"until-gone", lock_});
-    ASSERT_EQ(going.process->launch(), std::nullopt);
-    ASSERT_TRUE(going.waitForText("waiting"));
-    const auto keepers = processesOf(keeper_);
-    ASSERT_EQ(keepers.size(), 1u);
-    const auto isAtRoot = [&] {
-        return std::filesystem::read_symlink("/proc/" + std::to_string(keepers.front()) + "/cwd") ==
-               "/";
-    };
-    ASSERT_TRUE(eventually(isAtRoot)) << "by then it has prepared itself";
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE})
-        kill(keepers.front(), signal);
-    // Once it stands still, what came before has been dealt with.
-    kill(keepers.front(), SIGSTOP);
-    const auto state = [&] { return stateOf(keepers.front()).value_or('Z'); };
-    EXPECT_TRUE(eventually([&] { return state() == 'T' || state() == 'Z'; }));
-    EXPECT_EQ(state(), 'T') << "it has ended";
-    EXPECT_EQ(processesOf(keeper_), keepers);
-    EXPECT_EQ(getsid(keepers.front()), keepers.front());
-    kill(keepers.front(), SIGCONT);
+    ASSERT_TRUE(going.startUntil("waiting"));
+    const pid_t process = keeper();
+    ASSERT_TRUE(eventually([&] {
+        return std::filesystem::read_symlink(inProc(process, "cwd")) == "/";
+    })) << "by then it ignores them";
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGQUIT, SIGPIPE}) kill(process, signal);
+    kill(process, SIGSTOP); // once it has stopped, it has received the others
+    EXPECT_TRUE(eventually([&] { return stateOf(process) == 'T' || !keeperIsThere(); }));
+    EXPECT_TRUE(keeperIsThere());
+    kill(process, SIGCONT);
 }
 
 TEST_F(KeeperTest, ARunGoesOnWithoutOneThatCannotStart) {
@@ -152,71 +142,136 @@ TEST_F(KeeperTest, ARunGoesOnWithoutOneThatCannotStart) {
                                     folder_.program("script", "#!/nowhere/interpreter\n"),
                                     std::string("/bin/false"), std::string()}) {
         RecordedRun alone(helper_, {"print", "100000", "6"}, PosixHelperProcesses(path));
-        EXPECT_EQ(alone.process->launch(), std::nullopt) << path;
-        EXPECT_TRUE(alone.waitForExit()) << path;
+        EXPECT_EQ(alone.finish(), 6) << path;
         EXPECT_EQ(alone.text().size(), 100000u) << path;
-        EXPECT_EQ(alone.process->terminationStatus(), 6) << path;
     }
-}
-
-TEST_F(KeeperTest, RunByHandItSaysNoAndGoes) {
-    pid_t process = 0;
-    const Descriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
-    ASSERT_EQ(spawn({keeper_, {}, &nowhere, &nowhere, &nowhere}, process), 0);
-    int status = 0;
-    ASSERT_EQ(waitpid(process, &status, 0), process);
-    EXPECT_EQ(WEXITSTATUS(status), 2);
 }
 
 TEST_F(KeeperTest, AThousandRunsLeaveNoDescriptorNoThreadAndNoZombie) {
-    const auto once = [this](const std::string& path) {
+    std::vector<std::shared_ptr<HelperProcess>> kept;
+    const auto once = [&](const std::string& path) {
         RecordedRun one(path, {"print", "100"}, PosixHelperProcesses(keeper_));
-        if (!one.process->launch()) {
-            ASSERT_TRUE(one.waitForExit());
-        }
+        EXPECT_EQ(one.finish().has_value(), path == helper_);
+        kept.push_back(one.process);
     };
-    const auto count = [](const char* folder) { return namesIn(folder).size(); };
-    once(helper_);
-    ASSERT_TRUE(eventually([&] { return waitpid(-1, nullptr, WNOHANG) < 0; }));
-    ASSERT_TRUE(eventually([&] { return count("/proc/self/task") <= 2; }));
-    const auto threads = count("/proc/self/task"); // a sanitizer may have one of its own
-    const auto descriptors = count("/proc/self/fd");
-    for (int i = 0; i < 1000; ++i) once(i % 10 == 0 ? folder_.path("missing") : helper_);
-    EXPECT_TRUE(eventually([&] { return count("/proc/self/task") <= threads; }));
-    EXPECT_EQ(count("/proc/self/fd"), descriptors);
-    EXPECT_TRUE(eventually([&] { return !keeperIsThere(); }));
-    EXPECT_TRUE(eventually([] { // whatever has ended is left for whose it is
+    const auto noChildren = [] {
         siginfo_t ended{};
         return waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT) < 0 && errno == ECHILD;
-    })) << "a zombie";
+    };
+    once(helper_);
+    ASSERT_TRUE(eventually(noChildren));
+    // A sanitizer may have a thread of its own.
+    ASSERT_TRUE(eventually([] { return countOf(getpid(), "task") <= 2; }));
+    const auto threads = countOf(getpid(), "task");
+    const auto descriptors = countOf(getpid(), "fd");
+    for (int i = 0; i < 1000; ++i) once(i % 10 == 0 ? folder_.path("missing") : helper_);
+    EXPECT_TRUE(eventually(noChildren)) << "a zombie, or a keeper";
+    EXPECT_TRUE(eventually([&] { return countOf(getpid(), "task") <= threads; }));
+    EXPECT_LE(countOf(getpid(), "fd"), descriptors);
 }
 
-// The program's end, and whether the helper leaves a talking child behind.
-using Ending = std::tuple<std::string, int, bool>;
-
-class KeeperAfterTheEnd : public KeeperTest, public testing::WithParamInterface<Ending> {
+// A keeper whose program is the test.
+class KeeperAlone : public KeeperTest {
   protected:
-    // Starts the program and waits until the helper has been heard. `sleepLock` is
-    // handed on.
-    void startProgram(const std::vector<std::string>& helperArguments, const Descriptor& lock) {
+    KeeperAlone() {
+        std::signal(SIGPIPE, SIG_IGN);
+        auto pipe = makePipe();
+        auto sockets = makeSocketPair();
+        const Descriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
+        EXPECT_EQ(spawn({keeper_, {}, &pipe->first, &sockets->second, &nowhere}, process_), 0);
+        readEnd_ = std::move(pipe->first);
+        writeEnd_ = std::move(pipe->second);
+        lifeline_ = std::move(sockets->first);
+    }
+    ~KeeperAlone() override { process_.kill(); }
+
+    void tellOf(pid_t helper) {
+        const KeeperMessage message{KeeperNews::helperStarted, helper};
+        EXPECT_EQ(write(lifeline_.get(), &message, sizeof message), ssize_t{sizeof message});
+    }
+    bool hasEnded() {
+        return eventually([this] { return process_.reapIfEnded(); });
+    }
+
+    ChildProcess process_;
+    Descriptor readEnd_;
+    Descriptor writeEnd_;
+    Descriptor lifeline_;
+};
+
+TEST_F(KeeperAlone, WithoutTheHelpersNumberReadsUntilNobodyCanWrite) {
+    lifeline_.reset();
+    const std::string flood(200000, 'x'); // more than the pipe holds
+    EXPECT_EQ(write(writeEnd_.get(), flood.data(), flood.size()), ssize_t{200000});
+    EXPECT_FALSE(process_.reapIfEnded());
+    writeEnd_.reset();
+    EXPECT_TRUE(hasEnded());
+}
+
+TEST_F(KeeperAlone, StaysForAHelperThatHasClosedItsOutput) {
+    ChildProcess helper;
+    ASSERT_EQ(spawn({helper_, {"close", lock_}, nullptr, &writeEnd_, &writeEnd_}, helper), 0);
+    tellOf(helper.number());
+    writeEnd_.reset();
+    pollfd output{readEnd_.get(), 0, 0};
+    ASSERT_EQ(poll(&output, 1, -1), 1) << "nobody can write any more";
+    lifeline_.reset();
+    const auto waits = [this] { // in another system call than that for messages
+        const auto call = lineOf(process_.number(), "syscall");
+        return std::isdigit(call[0]) != 0 && call.find(std::to_string(SYS_recvmsg) + ' ') != 0;
+    };
+    EXPECT_TRUE(eventually(waits));
+    EXPECT_FALSE(process_.reapIfEnded());
+    folder_.remove("lock");
+    EXPECT_TRUE(hasEnded());
+    EXPECT_TRUE(eventually([&] { return helper.reapIfEnded(); }));
+}
+
+TEST_F(KeeperTest, RunByHandItEndsWithStatusTwo) {
+    ChildProcess process;
+    const Descriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(spawn({keeper_, {}, &nowhere, &nowhere, &nowhere}, process), 0);
+    EXPECT_TRUE(eventually([&] { return process.reapIfEnded(); }));
+    EXPECT_EQ(process.exitStatus(), 2);
+}
+
+struct Ending {
+    std::string how;
+    int signal = 0;
+    bool leavesChild = false;
+    bool hasPidfds = true;
+};
+
+// A program that runs a helper and ends.
+class ProgramTest : public KeeperTest {
+  protected:
+    ProgramTest() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
+    ~ProgramTest() override {
+        killAll();
+        while (waitpid(-1, nullptr, 0) > 0) {
+        }
+        prctl(PR_SET_CHILD_SUBREAPER, 0);
+    }
+    // What the driver writes first. `processes`: see there.
+    char start(const Ending& ending, int processes, std::vector<std::string> helperArguments,
+               const Descriptor& lock = {}) {
         auto output = makePipe();
-        ASSERT_TRUE(output);
+        std::vector<std::string> all{driver_, ending.how, std::to_string(processes), keeper_,
+                                     helper_};
+        all.insert(all.end(), helperArguments.begin(), helperArguments.end());
         program_ = fork();
-        if (program_ == 0) becomeProgram(helperArguments, output->second, lock);
+        if (program_ == 0) become(all, ending, processes, output->second, lock);
         output->second.reset();
         char byte = 0;
-        ASSERT_EQ(read(output->first.get(), &byte, 1), 1);
+        EXPECT_EQ(read(output->first.get(), &byte, 1), 1);
+        return byte;
     }
-    // A strict helper needs a while, so that the program's end lies within its run.
-    std::vector<std::string> strictHelper(bool leavesChild) const {
-        return {leavesChild ? "strict-child" : "strict", marker_, "700", lock_};
-    }
-    // It ends as it was meant to; a fault on the way out would end it otherwise.
-    void endProgram(const std::string& end, int signal) {
-        if (signal != 0) kill(program_, signal);
+    // It ends as it was meant to, and not by a fault on the way.
+    void end(const Ending& ending) const {
+        const int signal = ending.how == "abort" ? SIGABRT : ending.signal;
+        if (ending.signal != 0) kill(program_, ending.signal);
         int status = -1;
         ASSERT_EQ(waitpid(program_, &status, 0), program_);
-        if (end == "abort") signal = SIGABRT;
         if (signal == 0) {
             EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
         } else {
@@ -224,16 +279,13 @@ class KeeperAfterTheEnd : public KeeperTest, public testing::WithParamInterface<
         }
     }
 
-    const std::string marker_ = folder_.path("finished");
     pid_t program_ = 0;
 
   private:
-    [[noreturn]] void becomeProgram(const std::vector<std::string>& helperArguments,
-                                    const Descriptor& output, const Descriptor& lock) {
-        std::vector<std::string> all{OXLADE_TEST_DRIVER, std::get<0>(GetParam()), keeper_, helper_};
-        all.insert(all.end(), helperArguments.begin(), helperArguments.end());
+    [[noreturn]] static void become(std::vector<std::string>& all, const Ending& ending,
+                                    int processes, const Descriptor& output,
+                                    const Descriptor& lock) {
         std::vector<char*> vector;
-        vector.reserve(all.size() + 1);
         for (auto& argument : all) vector.push_back(argument.data());
         vector.push_back(nullptr);
         dup2(output.get(), 1);
@@ -241,44 +293,76 @@ class KeeperAfterTheEnd : public KeeperTest, public testing::WithParamInterface<
             dup2(lock.get(), 3);
         else
             close(3);
-        execv(OXLADE_TEST_DRIVER, vector.data());
+        constexpr uid_t freshUser = 2047483647; // without other processes
+        if (processes >= 0 && setresuid(freshUser, freshUser, freshUser) != 0) _exit(126);
+        if (!ending.hasPidfds && !forbidPidfds()) _exit(126);
+        execv(vector.front(), vector.data());
         _exit(127);
     }
 };
 
+// The test is the subreaper and reaps nobody: a helper that has ended stays a zombie.
+class KeeperAfterTheEnd : public ProgramTest, public testing::WithParamInterface<Ending> {};
+
 TEST_P(KeeperAfterTheEnd, AStrictHelperFinishesAndNothingOfOursIsLeft) {
-    const auto& [end, signal, leavesChild] = GetParam();
+    const auto& ending = GetParam();
+    const auto marker = folder_.path("finished");
     WatchedLock watched;
-    startProgram(strictHelper(leavesChild), watched.lock);
+    std::vector<std::string> arguments{"strict", marker, lock_};
+    if (ending.leavesChild) arguments.push_back(folder_.file("lock of the child"));
+    ASSERT_EQ(start(ending, -1, arguments, watched.lock), 'r');
     watched.lock.reset();
-    endProgram(end, signal);
-    ASSERT_FALSE(std::filesystem::exists(marker_)) << "the program should have ended in mid-run";
+    ASSERT_NO_FATAL_FAILURE(end(ending));
     EXPECT_TRUE(keeperIsThere());
     EXPECT_TRUE(watched.isHeld()) << "the computer stays awake";
-
-    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(marker_); }));
-    const auto finished = std::chrono::steady_clock::now();
-    EXPECT_TRUE(eventually([&] { return !keeperIsThere(); }));
-    EXPECT_LT(std::chrono::steady_clock::now() - finished, std::chrono::seconds(2));
-    EXPECT_TRUE(watched.isReleasedWithin(2000)) << "the computer may sleep again";
-    if (leavesChild) folder_.remove("lock");
+    folder_.remove("lock"); // the helper writes more than the pipe holds
+    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(marker); }));
+    EXPECT_TRUE(keeperHasGone());
+    EXPECT_TRUE(watched.isReleased()) << "the computer may sleep again";
+    if (ending.leavesChild) folder_.remove("lock of the child");
 }
 
-std::string nameOf(const testing::TestParamInfo<Ending>& info) {
-    const auto& [end, signal, leavesChild] = info.param;
-    return end + (signal == 0 ? "" : "Signal" + std::to_string(signal)) +
-           (leavesChild ? "WithATalkingChild" : "");
+std::vector<Ending> endings() {
+    std::vector<Ending> all;
+    for (const bool leavesChild : {false, true}) {
+        for (const int signal : {SIGKILL, SIGINT, SIGHUP, SIGTERM, SIGQUIT})
+            all.push_back({"wait", signal, leavesChild});
+        for (const char* const how : {"return", "exit", "abort"})
+            all.push_back({how, 0, leavesChild});
+    }
+    all.push_back({"wait", SIGKILL, false, false});
+    all.push_back({"wait", SIGKILL, true, false});
+    return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Each, KeeperAfterTheEnd,
-    testing::Combine(testing::Values("wait"),
-                     testing::Values(SIGKILL, SIGINT, SIGHUP, SIGTERM, SIGQUIT), testing::Bool()),
-    nameOf);
-INSTANTIATE_TEST_SUITE_P(ByItself, KeeperAfterTheEnd,
-                         testing::Combine(testing::Values("return", "exit", "abort"),
-                                          testing::Values(0), testing::Bool()),
-                         nameOf);
+INSTANTIATE_TEST_SUITE_P(Each, KeeperAfterTheEnd, testing::ValuesIn(endings()),
+                         [](const auto& test) {
+                             const Ending& ending = test.param;
+                             return ending.how + std::to_string(ending.signal) +
+                                    (ending.leavesChild ? "WithATalkingChild" : "") +
+                                    (ending.hasPidfds ? "" : "WithoutPidfds");
+                         });
+
+TEST_F(ProgramTest, ThatMayHaveFewProcessesRunsTheHelperWithoutAKeeper) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can become a user without processes";
+    const std::vector<std::tuple<int, char, bool>> cases{
+        {0, 'x', false}, {1, 'x', false}, {2, 'r', false}, {3, 'r', true}};
+    for (const auto& [processes, answer, hasKeeper] : cases) {
+        const auto lock = folder_.file("case");
+        const Ending killed{"wait", SIGKILL};
+        ASSERT_EQ(start(killed, processes, {"until-gone", lock}), answer) << processes;
+        EXPECT_EQ(keeperIsThere(), hasKeeper) << processes;
+        if (answer == 'r')
+            ASSERT_NO_FATAL_FAILURE(end(killed));
+        else
+            waitpid(program_, nullptr, 0);
+        folder_.remove("case");
+        EXPECT_TRUE(keeperHasGone());
+        EXPECT_TRUE(eventually([this] { return processesOf(helper_).empty(); }));
+        while (waitpid(-1, nullptr, WNOHANG) > 0) { // zombies count
+        }
+    }
+}
 
 } // namespace
-} // namespace oxlade
+} // namespace oxlade::test

@@ -1,30 +1,34 @@
+// The queue by itself, and with an event loop.
 #include "platform/main_queue.h"
+#include "tests/testing/eventually.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
 
+#include <cerrno>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
 using namespace std::chrono_literals;
 
-namespace oxlade {
+namespace oxlade::test {
 namespace {
 
 class MainQueueTest : public testing::Test {
   protected:
-    // The event loop until the job or somebody else ends it; the deadline fails it.
+    // Runs the event loop until a job ends it.
     void runEventLoop() {
-        QTimer deadline;
-        QObject::connect(&deadline, &QTimer::timeout, [] {
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [] {
             ADD_FAILURE() << "the deadline has passed";
             QCoreApplication::exit(1);
         });
-        deadline.start(20s);
+        timer.start(deadline);
         QCoreApplication::exec();
     }
     static bool isReadable(const PosixMainQueue& queue) {
@@ -36,7 +40,7 @@ class MainQueueTest : public testing::Test {
     char name_[5] = "test";
     char* arguments_[2] = {name_, nullptr};
     QCoreApplication application_{argumentCount_, arguments_};
-    std::shared_ptr<PosixMainQueue> queue_ = std::make_shared<PosixMainQueue>();
+    std::shared_ptr<PosixMainQueue> queue_ = PosixMainQueue::make();
 };
 
 TEST_F(MainQueueTest, IsReadableExactlyWhileJobsWait) {
@@ -54,11 +58,12 @@ TEST_F(MainQueueTest, IsReadableExactlyWhileJobsWait) {
     EXPECT_FALSE(isReadable(*queue_));
 }
 
-TEST_F(MainQueueTest, JobsOfEachThreadRunInTheOrderInWhichTheyWerePosted) {
+TEST_F(MainQueueTest, JobsOfEachThreadRunOnTheMainThreadInTheOrderOfPosting) {
     const MainQueuePump pump(queue_);
     constexpr int threads = 4;
     constexpr int jobs = 5000;
     std::vector<std::vector<int>> seen(threads);
+    const auto mainThread = std::this_thread::get_id();
     int left = threads * jobs;
     std::vector<std::thread> posters;
     posters.reserve(threads);
@@ -66,6 +71,7 @@ TEST_F(MainQueueTest, JobsOfEachThreadRunInTheOrderInWhichTheyWerePosted) {
         posters.emplace_back([&, thread] {
             for (int job = 0; job < jobs; ++job)
                 queue_->post([&, thread, job] {
+                    EXPECT_EQ(std::this_thread::get_id(), mainThread);
                     seen[static_cast<std::size_t>(thread)].push_back(job);
                     if (--left == 0) QCoreApplication::quit();
                 });
@@ -78,19 +84,7 @@ TEST_F(MainQueueTest, JobsOfEachThreadRunInTheOrderInWhichTheyWerePosted) {
     }
 }
 
-TEST_F(MainQueueTest, JobsRunOnTheMainThreadAndOneByOne) {
-    const MainQueuePump pump(queue_);
-    const auto mainThread = std::this_thread::get_id();
-    std::thread poster([this, mainThread] {
-        for (int i = 0; i < 100; ++i)
-            queue_->post([mainThread] { EXPECT_EQ(std::this_thread::get_id(), mainThread); });
-        queue_->post([] { QCoreApplication::quit(); });
-    });
-    runEventLoop();
-    poster.join();
-}
-
-TEST_F(MainQueueTest, AnAlertInAJobLetsTheOthersGoOnInOrder) {
+TEST_F(MainQueueTest, AnEventLoopInAJobRunsTheOthersInOrder) {
     const MainQueuePump pump(queue_);
     std::vector<int> order;
     queue_->post([&] {
@@ -116,7 +110,7 @@ TEST_F(MainQueueTest, AnAlertInAJobLetsTheOthersGoOnInOrder) {
     EXPECT_EQ(order, (std::vector{0, 1, 2, 3, 4, 5}));
 }
 
-TEST_F(MainQueueTest, AFloodLeavesRoomForTimers) {
+TEST_F(MainQueueTest, TimersRunBetweenTheJobsOfAFlood) {
     const MainQueuePump pump(queue_);
     int jobsBetweenTicks = 0;
     int mostJobsBetweenTicks = 0;
@@ -128,7 +122,7 @@ TEST_F(MainQueueTest, AFloodLeavesRoomForTimers) {
         if (++ticks == 20) QCoreApplication::quit();
     });
     timer.start(1ms);
-    // Each job takes a millisecond, and there is no end of them.
+    // Each job takes a millisecond and posts another.
     std::function<void()> job = [&] {
         ++jobsBetweenTicks;
         const auto end = std::chrono::steady_clock::now() + 1ms;
@@ -139,17 +133,17 @@ TEST_F(MainQueueTest, AFloodLeavesRoomForTimers) {
     for (int i = 0; i < 1000; ++i) queue_->post(job);
     runEventLoop();
     EXPECT_EQ(ticks, 20);
-    EXPECT_LE(mostJobsBetweenTicks, 100) << "without slices a tick waits for a thousand";
+    EXPECT_LE(mostJobsBetweenTicks, 100) << "without slices a tick waits for a thousand jobs";
 }
 
-TEST_F(MainQueueTest, WhatIsPostedWhenThePumpHasGoneIsDropped) {
+TEST_F(MainQueueTest, JobsPostedAfterThePumpIsDestroyedAreDropped) {
     int runs = 0;
     const auto witness = std::make_shared<int>(0);
     {
         const MainQueuePump pump(queue_);
         queue_->post([&runs, witness] { ++runs; });
     }
-    EXPECT_EQ(witness.use_count(), 1) << "what was waiting is let go of";
+    EXPECT_EQ(witness.use_count(), 1) << "waiting jobs are destroyed";
     queue_->post([&runs, witness] { ++runs; });
     EXPECT_EQ(witness.use_count(), 1);
     QCoreApplication::processEvents();
@@ -157,7 +151,7 @@ TEST_F(MainQueueTest, WhatIsPostedWhenThePumpHasGoneIsDropped) {
     EXPECT_EQ(runs, 0);
 }
 
-TEST_F(MainQueueTest, AThreadMayHoldTheQueueLongerThanAnybodyElse) {
+TEST_F(MainQueueTest, AThreadMayOwnTheQueueLongest) {
     auto pump = std::make_unique<MainQueuePump>(queue_);
     std::thread poster([queue = queue_] {
         for (int i = 0; i < 100000; ++i) queue->post([] {});
@@ -168,5 +162,16 @@ TEST_F(MainQueueTest, AThreadMayHoldTheQueueLongerThanAnybodyElse) {
     poster.join();
 }
 
+TEST(MainQueue, IsNotMadeWithoutDescriptors) {
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    rlimit none = before;
+    none.rlim_cur = 0;
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_EQ(PosixMainQueue::make(), nullptr);
+    EXPECT_EQ(errno, EMFILE);
+    setrlimit(RLIMIT_NOFILE, &before);
+}
+
 } // namespace
-} // namespace oxlade
+} // namespace oxlade::test

@@ -1,9 +1,10 @@
-// A message bus for one test program, and stand-ins for the services on it.
+// A message bus for one test program, and fake services on it.
 #pragma once
 
+#include "platform/child_process.h"
 #include "platform/descriptor.h"
-#include "platform/spawn.h"
-#include "tests/platform/temporary_folder.h"
+#include "tests/testing/eventually.h"
+#include "tests/testing/temporary_folder.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -12,33 +13,27 @@
 #include <QEventLoop>
 #include <QString>
 
-#include <chrono>
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
-namespace oxlade {
+namespace oxlade::test {
 
-/// Lets the event loop run until it is so; false when the deadline has passed.
+/// As eventually, running the event loop meanwhile.
 template <typename Condition>
 bool eventuallyInEventLoop(Condition condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-    return true;
+    return eventually(condition,
+                      [] { QCoreApplication::processEvents(QEventLoop::AllEvents, 10); });
 }
 
-/// A bus that knows no service to start, for the session and for the system. A
-/// shell holds it, and ends it when the test program is no more, however that
-/// came about.
+/// A bus without services, as the session's and the system's. A shell ends it when the test
+/// program is gone, for whatever reason.
 class PrivateBus final {
   public:
     PrivateBus() {
@@ -59,7 +54,7 @@ class PrivateBus final {
     }
     ~PrivateBus() {
         lifeline_.reset();
-        waitpid(shell_, nullptr, 0);
+        eventually([this] { return shell_.reapIfEnded(); });
     }
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
@@ -79,7 +74,7 @@ class PrivateBus final {
     }
 
     const TemporaryFolder folder_;
-    pid_t shell_ = 0;
+    ChildProcess shell_;
     Descriptor lifeline_;
     std::string address_;
 };
@@ -107,19 +102,19 @@ class BusEnvironment final : public testing::Environment {
     std::unique_ptr<QCoreApplication> application_;
 };
 
-/// A service that answers calls on one object as it is told, or not at all.
-class StandIn final : public QDBusVirtualObject {
+/// A service with one object. `answer` gives the reply to a call, or nothing.
+class FakeService final : public QDBusVirtualObject {
   public:
     using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage& call)>;
 
-    StandIn(const QString& service, const QString& path, Answer answer)
+    FakeService(const QString& service, const QString& path, Answer answer)
         : bus_(QDBusConnection::connectToBus(QString::fromStdString(BusEnvironment::address),
-                                             QStringLiteral("stand-in"))),
+                                             QStringLiteral("fake-service"))),
           answer_(std::move(answer)) {
         EXPECT_TRUE(bus_.registerVirtualObject(path, this));
         EXPECT_TRUE(bus_.registerService(service));
     }
-    ~StandIn() override { QDBusConnection::disconnectFromBus(QStringLiteral("stand-in")); }
+    ~FakeService() override { QDBusConnection::disconnectFromBus(QStringLiteral("fake-service")); }
 
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& call, const QDBusConnection&) override {
@@ -136,4 +131,4 @@ class StandIn final : public QDBusVirtualObject {
     Answer answer_;
 };
 
-} // namespace oxlade
+} // namespace oxlade::test

@@ -1,35 +1,24 @@
-// One real run of the helper, and what it reported.
+// One real run of the helper, and what it reported; sleep locks that a test gives out.
 #pragma once
 
 #include "platform/helper_process.h"
+#include "tests/testing/eventually.h"
 
-#include <chrono>
 #include <condition_variable>
+#include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
+#include <poll.h>
 #include <string>
 #include <string_view>
-#include <thread>
+#include <sys/stat.h>
 #include <vector>
 
-namespace oxlade {
-
-inline constexpr auto patience = std::chrono::seconds(30);
-
-/// Asks again and again until it is so; false when the patience is over.
-template <typename Condition>
-bool eventually(Condition condition, std::chrono::milliseconds atMost = patience) {
-    const auto end = std::chrono::steady_clock::now() + atMost;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
+namespace oxlade::test {
 
 class RecordedRun final {
   public:
-    /// Without `processes` of one's own it runs without a keeper.
+    /// Without `processes` it runs without a keeper.
     RecordedRun(std::string path, std::vector<std::string> arguments,
                 PosixHelperProcesses processes = PosixHelperProcesses())
         : process(processes.make(std::move(path), std::move(arguments))) {
@@ -47,20 +36,28 @@ class RecordedRun final {
         });
     }
 
+    /// Launches it and waits for this part of its output.
+    bool startUntil(std::string_view part) {
+        EXPECT_EQ(process->launch(), std::nullopt);
+        return waitFor([this, part] { return state_->text.find(part) != std::string::npos; });
+    }
     bool waitForExit() {
         return waitFor([this] { return state_->exits > 0; });
     }
     bool waitForEnd() {
         return waitFor([this] { return state_->ends > 0; });
     }
-    bool waitForText(std::string_view part) {
-        return waitFor([this, part] { return state_->text.find(part) != std::string::npos; });
+    /// The exit status of the whole run; none when it cannot be launched or does not end.
+    std::optional<std::int32_t> finish() {
+        if (process->launch() || !waitForExit()) return std::nullopt;
+        return process->terminationStatus();
     }
 
     std::string text() const { return locked(state_->text); }
     int chunks() const { return locked(state_->chunks); }
     int ends() const { return locked(state_->ends); }
     int exits() const { return locked(state_->exits); }
+    int calls() const { return chunks() + ends() + exits(); }
     bool heardAfterExit() const { return locked(state_->afterExit); }
 
     std::shared_ptr<HelperProcess> process;
@@ -84,10 +81,52 @@ class RecordedRun final {
     template <typename Condition>
     bool waitFor(Condition condition) {
         std::unique_lock lock(state_->mutex);
-        return state_->changed.wait_for(lock, patience, condition);
+        return state_->changed.wait_for(lock, deadline, condition);
     }
 
     std::shared_ptr<State> state_ = std::make_shared<State>();
 };
 
-} // namespace oxlade
+/// A lock and whether anybody still has it open.
+class WatchedLock final {
+  public:
+    Descriptor lock; ///< to be given away
+
+    WatchedLock() {
+        if (auto pipe = makePipe()) {
+            watch_ = std::move(pipe->first);
+            lock = std::move(pipe->second);
+        }
+    }
+    /// Also while it is only on its way to somebody.
+    bool isHeld() const {
+        pollfd watched{watch_.get(), POLLIN, 0};
+        return poll(&watched, 1, 0) == 0;
+    }
+    bool isReleased() const {
+        return eventually([this] { return !isHeld(); });
+    }
+    /// As /proc names it.
+    std::string name() const {
+        struct stat facts {};
+        fstat(watch_.get(), &facts);
+        return "pipe:[" + std::to_string(facts.st_ino) + ']';
+    }
+
+  private:
+    Descriptor watch_;
+};
+
+/// Arrives as soon as it is asked for; never, if there is none.
+class LockAtOnce final : public SleepLock {
+  public:
+    explicit LockAtOnce(Descriptor lock) : lock_{std::move(lock)} {}
+    void acquire(Arrival arrived) override {
+        if (lock_) arrived(std::move(lock_));
+    }
+
+  private:
+    Descriptor lock_;
+};
+
+} // namespace oxlade::test

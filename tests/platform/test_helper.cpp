@@ -1,7 +1,5 @@
-// A helper for the tests that does one thing, told by its first argument, and
-// knows nothing of the library.
+// A helper for the tests. Its first argument says what it does. Uses none of our code.
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -58,10 +56,10 @@ void putBytes(long count) {
     put(text.substr(0, static_cast<std::size_t>(count)));
 }
 
-// Becomes a grandchild that holds the pipe until the file goes, or for a minute.
+// Leaves a child that holds the pipe until the file is gone, or for ten minutes.
 void leaveChild(const char* untilGone, bool talks) {
     if (fork() != 0) return;
-    for (int i = 0; i < 60000 && access(untilGone, F_OK) == 0; ++i) {
+    for (int i = 0; i < 600000 && access(untilGone, F_OK) == 0; ++i) {
         if (talks)
             put("grandchild\n");
         else
@@ -70,13 +68,16 @@ void leaveChild(const char* untilGone, bool talks) {
     _exit(0);
 }
 
-// Prints lines for a while and gives up when one cannot be written.
-int strict(const char* marker, long milliseconds) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+// Writes lines until the file is gone, then more than a pipe holds; gives up when a line
+// cannot be written.
+int strict(const char* marker, const char* untilGone) {
     const std::string line(100, 'x');
-    while (std::chrono::steady_clock::now() < end) {
+    for (int left = 4000; left > 0;) {
         if (write(1, line.data(), line.size()) < 0) return 3;
-        usleep(100);
+        if (access(untilGone, F_OK) != 0)
+            --left;
+        else
+            usleep(100);
     }
     close(open(marker, O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
     return 0;
@@ -100,10 +101,10 @@ int main(int argc, char** argv) {
         for (int i = 2; i < argc; ++i) putHex(argv[i]);
     if (mode == "descriptors") putDescriptors();
     if (mode == "status") putFile("/proc/self/status");
-    if (mode == "session") put(getsid(0) == getpid() ? "leader\n" : "member\n");
+    if (mode == "session") put(getsid(0) == getpid() ? "leader" : "member");
     if (mode == "directory") {
         char path[4096];
-        if (getcwd(path, sizeof path) != nullptr) put(std::string(path) + '\n');
+        if (getcwd(path, sizeof path) != nullptr) put(path);
     }
     if (mode == "environment") {
         const char* value = std::getenv(first);
@@ -132,10 +133,9 @@ int main(int argc, char** argv) {
         while (access(first, F_OK) == 0) usleep(1000);
         return 9;
     }
-    if (mode == "strict") return strict(first, std::atol(second));
-    if (mode == "strict-child") {
-        leaveChild(argv[4], true);
-        return strict(first, std::atol(second));
+    if (mode == "strict") {
+        if (argc > 4) leaveChild(argv[4], true);
+        return strict(first, second);
     }
     return 0;
 }

@@ -1,4 +1,4 @@
-#include "platform/login_manager.h"
+#include "platform/sleep_lock.h"
 
 #ifdef __linux__
 
@@ -8,6 +8,7 @@
 #include <system_error>
 #include <systemd/sd-bus.h>
 #include <thread>
+#include <utility>
 
 namespace oxlade {
 
@@ -25,24 +26,23 @@ Owned<sd_bus> systemBus() {
     return Owned<sd_bus>(sd_bus_open_system(&bus) < 0 ? nullptr : bus);
 }
 
-// The message owns its descriptor and closes it with itself.
+// The message owns its descriptor and closes it.
 Descriptor copyOf(int descriptor) { return Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 3)); }
 
-// A closed lid is a reason of its own, which the others do not cover.
-constexpr const char* everyReason = "sleep:idle:handle-lid-switch:shutdown";
-constexpr const char* mainReasons = "sleep:idle";
+// "sleep" does not cover the lid, which has a name of its own.
+constexpr const char* allEvents = "sleep:idle:handle-lid-switch:shutdown";
+constexpr const char* mainEvents = "sleep:idle";
 
 struct Answer {
     Descriptor lock;
-    bool refused = false; // not the same as silent
+    bool refused = false; // false also when there was no answer
 };
 
-Answer inhibit(sd_bus& bus, const char* reasons) {
+Answer inhibit(sd_bus& bus, const char* events, const std::string& reason) {
     sd_bus_message* reply = nullptr;
-    const int result =
-        sd_bus_call_method(&bus, "org.freedesktop.login1", "/org/freedesktop/login1",
-                           "org.freedesktop.login1.Manager", "Inhibit", nullptr, &reply, "ssss",
-                           reasons, "Oxlade", "The sampler is being worked on", "block");
+    const int result = sd_bus_call_method(
+        &bus, "org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
+        "Inhibit", nullptr, &reply, "ssss", events, "Oxlade", reason.c_str(), "block");
     const Owned<sd_bus_message> owned(reply);
     if (result < 0) return {{}, result == -EACCES || result == -EINVAL};
     int descriptor = -1;
@@ -50,21 +50,21 @@ Answer inhibit(sd_bus& bus, const char* reasons) {
     return {copyOf(descriptor)};
 }
 
-void ask(const SleepLock::Arrival& arrived) {
+void ask(const std::string& reason, const SleepLock::Arrival& arrived) {
     const auto bus = systemBus();
     if (!bus) return;
-    auto answer = inhibit(*bus, everyReason);
-    if (answer.refused) answer = inhibit(*bus, mainReasons);
+    auto answer = inhibit(*bus, allEvents, reason);
+    if (answer.refused) answer = inhibit(*bus, mainEvents, reason);
     if (answer.lock) arrived(std::move(answer.lock));
 }
 
 } // namespace
 
-void LoginManagerSleepLock::acquire(Arrival arrived) {
+void PosixSleepLock::acquire(Arrival arrived) {
     try {
-        std::thread(ask, std::move(arrived)).detach();
+        std::thread(ask, reason_(), std::move(arrived)).detach();
     } catch (const std::system_error&) {
-        // No thread to be had: no lock, and the run goes on.
+        // Thread creation failed: the run goes on without a lock.
     }
 }
 
@@ -74,7 +74,7 @@ void LoginManagerSleepLock::acquire(Arrival arrived) {
 
 namespace oxlade {
 
-void LoginManagerSleepLock::acquire(Arrival) {}
+void PosixSleepLock::acquire(Arrival) {}
 
 } // namespace oxlade
 

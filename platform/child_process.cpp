@@ -1,12 +1,15 @@
-#include "platform/spawn.h"
+#include "platform/child_process.h"
 
-#include <array>
+#include "keeper/process_end.h"
+
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-#ifndef __linux__ // where the library declares it
+#ifndef __linux__ // glibc declares it
 extern char** environ;
 #endif
 
@@ -14,7 +17,7 @@ namespace oxlade {
 
 namespace {
 
-// The first of several calls that fails decides.
+// Keeps the error of the first call that failed.
 class FirstError final {
   public:
     void operator()(int error) {
@@ -37,7 +40,8 @@ class Attributes final {
         sigset_t none;
         sigemptyset(&none);
         error_(posix_spawnattr_setsigmask(&attributes_, &none));
-        error_(posix_spawnattr_setsigdefault(&attributes_, &defaultSignals()));
+        const sigset_t signals = defaultSignals();
+        error_(posix_spawnattr_setsigdefault(&attributes_, &signals));
         error_(posix_spawnattr_setflags(&attributes_, flags));
         return error_.value();
     }
@@ -51,20 +55,11 @@ class Attributes final {
     static constexpr short flags =
         POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #endif
-    // All that a program commonly finds ignored, but SIGPIPE: a helper must survive that
-    // nobody reads what it says.
-    static const sigset_t& defaultSignals() {
-        static const sigset_t signals = [] {
-            sigset_t set;
-            sigemptyset(&set);
-            for (const int signal :
-                 {SIGHUP,    SIGINT,  SIGQUIT,  SIGILL,  SIGTRAP, SIGABRT, SIGBUS,
-                  SIGFPE,    SIGUSR1, SIGSEGV,  SIGUSR2, SIGALRM, SIGTERM, SIGCHLD,
-                  SIGCONT,   SIGTSTP, SIGTTIN,  SIGTTOU, SIGURG,  SIGXCPU, SIGXFSZ,
-                  SIGVTALRM, SIGPROF, SIGWINCH, SIGIO,   SIGSYS})
-                sigaddset(&set, signal);
-            return set;
-        }();
+    // All but SIGPIPE, which a helper must survive, and those that cannot be ignored.
+    static sigset_t defaultSignals() {
+        sigset_t signals;
+        sigfillset(&signals);
+        for (const int signal : {SIGPIPE, SIGKILL, SIGSTOP}) sigdelset(&signals, signal);
         return signals;
     }
 
@@ -116,13 +111,38 @@ std::vector<char*> argumentVector(const SpawnRequest& request) {
 
 } // namespace
 
-int spawn(const SpawnRequest& request, pid_t& process) {
+ChildProcess::ChildProcess(pid_t number) : number_(number), end_(openProcessEnd(number)) {}
+
+bool ChildProcess::reapIfEnded() { return isRunning() && reap(WNOHANG); }
+
+void ChildProcess::kill() {
+    if (!isRunning()) return;
+    ::kill(number_, SIGKILL); // not reaped: the number is still its own
+    reap(0);
+}
+
+bool ChildProcess::reap(int options) {
+    int status = 0;
+    pid_t found = 0;
+    do found = waitpid(number_, &status, options);
+    while (found < 0 && errno == EINTR);
+    if (found == 0) return false;
+    exitStatus_ = found < 0 ? -1 : WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+    number_ = 0;
+    end_.reset();
+    return true;
+}
+
+int spawn(const SpawnRequest& request, ChildProcess& process) {
     Attributes attributes;
     FileActions actions;
     if (const int error = attributes.prepare()) return error;
     if (const int error = actions.prepare(request)) return error;
-    return posix_spawn(&process, request.executablePath.c_str(), actions.get(), attributes.get(),
-                       argumentVector(request).data(), environ);
+    pid_t number = 0;
+    const int error = posix_spawn(&number, request.executablePath.c_str(), actions.get(),
+                                  attributes.get(), argumentVector(request).data(), environ);
+    if (error == 0) process = ChildProcess(number);
+    return error;
 }
 
 } // namespace oxlade

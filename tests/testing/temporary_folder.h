@@ -1,4 +1,4 @@
-// A folder that goes with the test.
+// A folder that is removed with the test.
 #pragma once
 
 #include <cstdlib>
@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace oxlade {
+namespace oxlade::test {
 
 class TemporaryFolder final {
   public:
@@ -25,7 +25,7 @@ class TemporaryFolder final {
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     std::string path(std::string_view name = {}) const { return (path_ / name).string(); }
-    /// Makes a file, and its folders, and gives its path.
+    /// Makes a file and its folders; returns its path.
     std::string file(std::string_view name, std::string_view content = {}) const {
         std::filesystem::create_directories((path_ / name).parent_path());
         std::ofstream(path_ / name, std::ios::binary) << content;
@@ -42,4 +42,4 @@ class TemporaryFolder final {
     std::filesystem::path path_;
 };
 
-} // namespace oxlade
+} // namespace oxlade::test

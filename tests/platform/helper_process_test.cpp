@@ -1,0 +1,325 @@
+// Runs of a real process: output, exit, and what the process is started with.
+#include "tests/platform/no_pidfd.h"
+#include "tests/platform/recorded_run.h"
+#include "tests/testing/processes.h"
+#include "tests/testing/temporary_folder.h"
+
+#include <atomic>
+#include <csignal>
+#include <fcntl.h>
+#include <random>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace oxlade::test {
+namespace {
+
+const std::string helper = OXLADE_TEST_HELPER;
+
+std::string outputOf(std::vector<std::string> arguments) {
+    RecordedRun run(helper, std::move(arguments));
+    EXPECT_NE(run.finish(), std::nullopt);
+    return run.text();
+}
+
+std::optional<std::int32_t> statusOf(std::vector<std::string> arguments) {
+    return RecordedRun(helper, std::move(arguments)).finish();
+}
+
+void expectWholeRuns(int count, const std::string& keeper) {
+    std::mt19937 random(4000);
+    for (int i = 0; i < count; ++i) {
+        const auto size = std::uniform_int_distribution(0, 200000)(random);
+        RecordedRun run(helper, {"print", std::to_string(size), "3"}, PosixHelperProcesses(keeper));
+        ASSERT_EQ(run.finish(), 3);
+        ASSERT_EQ(run.text().size(), static_cast<std::size_t>(size));
+        ASSERT_EQ(run.exits(), 1);
+        ASSERT_FALSE(run.heardAfterExit());
+    }
+}
+
+TEST(HelperProcess, AllThatTheHelperWroteComesBeforeItsExit) { expectWholeRuns(250, ""); }
+
+TEST(HelperProcess, WithoutPidfdsRunsAreTheSame) {
+    std::thread([] {
+        ASSERT_TRUE(forbidPidfds());
+        expectWholeRuns(20, OXLADE_KEEPER);
+        EXPECT_EQ(statusOf({"signal", std::to_string(SIGKILL)}), SIGKILL);
+        const TemporaryFolder folder;
+        EXPECT_EQ(statusOf({"child", folder.file("lock"), "1000"}), 5);
+    }).join();
+}
+
+TEST(HelperProcess, BothOutputsComeAsOneStreamInTheOrderOfWriting) {
+    std::string expected;
+    for (int i = 0; i < 100; ++i) expected += "out" + std::to_string(i) + '\n';
+    EXPECT_EQ(outputOf({"both"}), expected);
+}
+
+TEST(HelperProcess, TheExitStatusIsReported) {
+    for (const int status : {0, 1, 7, 128, 255})
+        EXPECT_EQ(statusOf({"print", "10", std::to_string(status)}), status);
+}
+
+TEST(HelperProcess, ADeathByASignalReportsTheSignalAndNeverSuccess) {
+    for (const int signal : {SIGKILL, SIGTERM, SIGHUP, SIGINT, SIGUSR1})
+        EXPECT_EQ(statusOf({"signal", std::to_string(signal)}), signal);
+}
+
+TEST(HelperProcess, AnExitStatusIsReceivedAlsoWhenSigchldWasIgnoredAtOurStart) {
+    std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(statusOf({"print", "0", "4"}), 4);
+}
+
+TEST(HelperProcess, AStatusThatTheSystemDoesNotTellIsMinusOne) {
+    const TemporaryFolder folder;
+    RecordedRun run(helper, {"until-gone", folder.file("lock")});
+    ASSERT_TRUE(run.startUntil("waiting"));
+    std::signal(SIGCHLD, SIG_IGN); // the kernel reaps children by itself
+    folder.remove("lock");
+    EXPECT_TRUE(run.waitForExit());
+    std::signal(SIGCHLD, SIG_DFL);
+    EXPECT_EQ(run.process->terminationStatus(), -1);
+}
+
+TEST(HelperProcess, AGrandchildThatHoldsThePipeDelaysNothingAndNoOutputIsLost) {
+    for (int i = 0; i < 40; ++i) {
+        const TemporaryFolder folder; // the grandchild ends when the folder is removed
+        RecordedRun run(helper, {i % 2 == 0 ? "child" : "talking-child", folder.file("lock"),
+                                 i < 2 ? "1000" : "50000"});
+        ASSERT_EQ(run.finish(), 5);
+        EXPECT_NE(run.text().find("last words of the helper"), std::string::npos);
+        EXPECT_FALSE(run.heardAfterExit());
+    }
+}
+
+TEST(HelperProcess, AHelperThatClosesItsOutputRunsOnUntilItExits) {
+    const TemporaryFolder folder;
+    RecordedRun run(helper, {"close", folder.file("lock")});
+    ASSERT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(run.waitForEnd());
+    EXPECT_EQ(run.exits(), 0);
+    folder.remove("lock");
+    EXPECT_TRUE(run.waitForExit());
+    EXPECT_EQ(run.process->terminationStatus(), 9);
+    EXPECT_EQ(run.ends(), 1);
+}
+
+TEST(HelperProcess, ArgumentsReachTheHelperByteForByte) {
+    const std::vector<std::string> arguments{"",     "--yes",       "two words",     "\"quoted\"",
+                                             "it's", "line\nbreak", "$HOME `id` \\", "\xFF\xC3",
+                                             "*?",   "\xD0\x96"};
+    std::string expected;
+    for (const auto& argument : arguments) {
+        for (const char byte : argument) {
+            constexpr char digits[] = "0123456789abcdef";
+            const auto value = static_cast<unsigned char>(byte);
+            (expected += digits[value >> 4]) += digits[value & 15];
+        }
+        expected += '\n';
+    }
+    auto all = arguments;
+    all.insert(all.begin(), "arguments");
+    EXPECT_EQ(outputOf(all), expected);
+}
+
+TEST(HelperProcess, OnlyTheStandardStreamsReachTheHelper) {
+    const Descriptor inheritable(open("/dev/null", O_RDONLY));
+    ASSERT_GT(inheritable.get(), 2);
+    const auto list = outputOf({"descriptors"});
+    for (const char* const expected : {"1\n", "2\n"})
+        EXPECT_NE(list.find(expected), std::string::npos) << list;
+    EXPECT_LE(list.size(), std::string_view("0\n1\n2\n").size()) << list;
+}
+
+TEST(HelperProcess, TheHelperLeadsASessionOfItsOwn) { EXPECT_EQ(outputOf({"session"}), "leader"); }
+
+TEST(HelperProcess, InputDirectoryAndEnvironmentAreOurs) {
+    const TemporaryFolder folder;
+    const Descriptor ours(fcntl(0, F_DUPFD_CLOEXEC, 3));
+    const Descriptor input(open(folder.file("input", "typed").c_str(), O_RDONLY | O_CLOEXEC));
+    dup2(input.get(), 0);
+    EXPECT_EQ(outputOf({"input"}), "typed");
+    if (ours) dup2(ours.get(), 0);
+    setenv("OXLADE_TEST_WORD", "handed on", 1);
+    EXPECT_EQ(outputOf({"environment", "OXLADE_TEST_WORD"}), "handed on");
+    EXPECT_EQ(outputOf({"directory"}), std::filesystem::current_path().string());
+}
+
+// The ordinary signals of a line of /proc/PID/status; glibc has two more of its own.
+std::uint64_t signalsIn(const std::string& status, std::string_view name) {
+    const auto place = status.find(name);
+    if (place == std::string::npos) return ~std::uint64_t{0};
+    return std::stoull(status.substr(place + name.size()), nullptr, 16) & 0x7FFFFFFF;
+}
+
+constexpr std::uint64_t bitOf(int signal) { return std::uint64_t{1} << (signal - 1); }
+
+TEST(HelperProcess, TheHelperIgnoresBrokenPipesAndNoOtherSignal) {
+    const PosixHelperProcesses processes;
+    RecordedRun run(helper, {"status"}, processes);
+    struct sigaction before[32];
+    for (int signal = 1; signal < 32; ++signal) {
+        sigaction(signal, nullptr, &before[signal]);
+        if (signal != SIGCHLD) std::signal(signal, SIG_IGN);
+    }
+    sigset_t terminate, mask;
+    sigemptyset(&terminate);
+    sigaddset(&terminate, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &terminate, &mask);
+    EXPECT_EQ(run.finish(), 0);
+    pthread_sigmask(SIG_SETMASK, &mask, nullptr);
+    for (int signal = 1; signal < 32; ++signal) sigaction(signal, &before[signal], nullptr);
+    EXPECT_EQ(signalsIn(run.text(), "SigBlk:"), 0u);
+    EXPECT_EQ(signalsIn(run.text(), "SigIgn:"), bitOf(SIGPIPE));
+}
+
+// In a process of its own: it would be stopped.
+TEST(HelperProcess, TheTerminalStopsProgramsThatWeStartButNotUs) {
+    auto output = makePipe();
+    ASSERT_TRUE(output);
+    const pid_t process = fork();
+    if (process == 0) {
+        const PosixHelperProcesses processes;
+        for (const int signal : {SIGTSTP, SIGTTIN, SIGTTOU}) raise(signal);
+        dup2(output->second.get(), 1);
+        execl(helper.c_str(), helper.c_str(), "status", nullptr);
+        _exit(127);
+    }
+    output->second.reset();
+    int status = 0;
+    ASSERT_EQ(waitpid(process, &status, WUNTRACED), process);
+    if (WIFSTOPPED(status)) kill(process, SIGKILL);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    std::string text(65536, '\0');
+    ASSERT_GT(read(output->first.get(), text.data(), text.size()), 0);
+    const auto stops = bitOf(SIGTSTP) | bitOf(SIGTTIN) | bitOf(SIGTTOU);
+    EXPECT_EQ(signalsIn(text, "SigIgn:") & stops, 0u);
+}
+
+// True when nobody holds the run any more: then nobody can call its callbacks.
+bool isReleased(std::shared_ptr<HelperProcess>& process) {
+    const std::weak_ptr watched = std::exchange(process, nullptr);
+    return eventually([&] { return watched.expired(); });
+}
+
+TEST(HelperProcess, ARefusedLaunchGivesTheSystemsReasonAndCallsNobody) {
+    const TemporaryFolder folder;
+    const std::vector<std::pair<std::string, int>> refusals{
+        {folder.path("missing"), ENOENT},
+        {folder.file("plain", "#!/bin/sh\n"), EACCES},
+        {folder.path(), EACCES},
+        {folder.program("text", "no program"), ENOEXEC},
+        {folder.program("empty"), ENOEXEC},
+        {folder.program("script", "#!/nowhere/interpreter\n"), ENOENT},
+        {folder.file("file") + "/below", ENOTDIR},
+        {"", ENOENT},
+    };
+    for (const auto& [path, error] : refusals) {
+        RecordedRun run(path, {}, PosixHelperProcesses(OXLADE_KEEPER));
+        EXPECT_EQ(run.process->launch(), std::system_category().message(error)) << path;
+        EXPECT_TRUE(isReleased(run.process)) << path;
+        EXPECT_EQ(run.calls(), 0) << path;
+    }
+}
+
+// While it lives, `spare` more descriptors can be opened.
+class FewDescriptors {
+  public:
+    explicit FewDescriptors(int spare) {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        std::vector<Descriptor> taken;
+        for (int i = 0; i <= spare; ++i)
+            taken.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC));
+        rlimit fewer = before_;
+        fewer.rlim_cur = static_cast<rlim_t>(taken.back().get());
+        setrlimit(RLIMIT_NOFILE, &fewer);
+    }
+    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+  private:
+    rlimit before_{};
+};
+
+TEST(HelperProcess, WithTooFewDescriptorsALaunchIsRefusedOrRuns) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer needs a pipe of its own";
+#endif
+    int refused = 0, ran = 0;
+    for (int spare = 0; spare < 16; ++spare) {
+        RecordedRun run(helper, {"print", "10"}, PosixHelperProcesses(OXLADE_KEEPER));
+        std::optional<std::string> refusal;
+        {
+            const FewDescriptors few{spare};
+            refusal = run.process->launch();
+        }
+        if (refusal) {
+            EXPECT_EQ(*refusal, std::system_category().message(EMFILE));
+            EXPECT_TRUE(isReleased(run.process));
+            EXPECT_EQ(run.calls(), 0);
+        } else {
+            EXPECT_TRUE(run.waitForExit());
+        }
+        ++(refusal ? refused : ran);
+    }
+    EXPECT_GT(refused, 0);
+    EXPECT_GT(ran, 0);
+}
+
+TEST(HelperProcess, CallbacksAreDestroyedAfterTheRunAndAfterARefusedLaunch) {
+    for (const std::string& path : {helper, std::string("/missing")}) {
+        const auto process = PosixHelperProcesses().make(path, {"print", "10"});
+        auto owned = std::make_shared<int>(1);
+        const std::weak_ptr watched = owned;
+        process->setReadabilityHandler([owned, process](std::string_view) {});
+        process->setTerminationHandler([owned, process] {});
+        owned.reset();
+        EXPECT_EQ(process->launch().has_value(), path != helper);
+        EXPECT_TRUE(eventually([&] { return watched.expired(); })) << path;
+    }
+}
+
+TEST(HelperProcess, ACallbackMayRemoveItself) {
+    RecordedRun run(helper, {"print", "200000"});
+    std::atomic<int> calls{0};
+    run.process->setReadabilityHandler([&calls, &run](std::string_view) {
+        ++calls;
+        run.process->setReadabilityHandler({});
+    });
+    EXPECT_EQ(run.finish(), 0);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(HelperProcess, ReleasingTheRunLeavesTheHelperAlone) {
+    const TemporaryFolder folder;
+    RecordedRun run(helper, {"until-gone", folder.file("lock")});
+    ASSERT_TRUE(run.startUntil("waiting"));
+    run.process.reset();
+    EXPECT_EQ(run.exits(), 0);
+    folder.remove("lock");
+    EXPECT_TRUE(run.waitForExit());
+    EXPECT_NE(run.text().find("gone"), std::string::npos) << "the helper did not end by itself";
+}
+
+// What the helper writes at once comes at once: nobody else cuts a line.
+TEST(HelperProcess, AChunkIsAllThatThePipeHolds) {
+    for (const auto& [mode, size] :
+         {std::pair("once", 60000u), std::pair("once-through-a-larger-pipe", 500000u)}) {
+        RecordedRun run(helper, {mode, std::to_string(size)});
+        EXPECT_EQ(run.finish(), 0);
+        EXPECT_EQ(run.text().size(), size);
+        EXPECT_EQ(run.chunks(), 1) << mode;
+    }
+}
+
+TEST(HelperProcess, AFloodIsTakenWhole) {
+    EXPECT_EQ(outputOf({"print", "20000000"}).size(), 20000000u);
+}
+
+} // namespace
+} // namespace oxlade::test

@@ -1,0 +1,28 @@
+// Waiting for a condition in a test.
+#pragma once
+
+#include <chrono>
+#include <thread>
+
+namespace oxlade::test {
+
+inline constexpr auto deadline = std::chrono::seconds(60);
+
+/// Tests the condition until it holds, with a pause between two tests; false when the
+/// deadline has passed. `pause` may run an event loop.
+template <typename Condition, typename Pause>
+bool eventually(Condition condition, Pause pause) {
+    const auto end = std::chrono::steady_clock::now() + deadline;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        pause();
+    }
+    return true;
+}
+
+template <typename Condition>
+bool eventually(Condition condition) {
+    return eventually(condition, [] { std::this_thread::sleep_for(std::chrono::milliseconds(1)); });
+}
+
+} // namespace oxlade::test
