@@ -28,10 +28,10 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 SOURCES = {'.h', '.cpp'}
 # The test executables that can kill a mutant of a folder, the quickest first.
 TESTS = {
-    'app': ['app_logic_test', 'controller_test'],
-    'firmware': ['firmware_test', 'controller_test'],
-    'i18n': ['i18n_test', 'controller_test'],
-    'interfaces': ['firmware_test', 'controller_test'],
+    'app': ['controller_test'],
+    'firmware': ['controller_test'],
+    'i18n': ['controller_test'],
+    'interfaces': ['controller_test'],
     'keeper': ['platform_keeper_test', 'platform_sleep_lock_test'],
     'platform': ['platform_helper_run_test', 'platform_keeper_test'],
 }
