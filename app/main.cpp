@@ -22,12 +22,11 @@ using namespace oxlade;
 
 int main(int argc, char* argv[]) {
     readFontsAhead();
-    argc = 1; // there are no options, not even those that the toolkit would take
-    QApplication application{argc, argv};
-
     StoredUserDefaults userDefaults;
     CurrentLanguage =
         languageAtStart(userDefaults.string(interfaceLanguageKey), preferredLanguages());
+    argc = 1; // there are no options, not even those that the toolkit would take
+    QApplication application{argc, argv};
 
     ApplicationBundle bundle{executableDirectory()};
     PosixFileSystem fileSystem;
@@ -47,11 +46,12 @@ int main(int argc, char* argv[]) {
         System{mainQueue, helperProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
         userInterface, websiteAddress);
     delegate->installMainMenu();
-    // By ourselves: the quit that the toolkit posts is undone by an alert that opens then.
+    // Not by Qt, which posts an event to quit: an alert that opens next would remove it.
     QApplication::setQuitOnLastWindowClosed(false);
     if (delegate->applicationShouldTerminateAfterLastWindowClosed())
         QObject::connect(&application, &QGuiApplication::lastWindowClosed,
                          [] { QApplication::exit(); });
+    // In the event loop: exec() ignores an exit() before it, as during an alert at the start.
     QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
     QApplication::exec();
     return 0;
