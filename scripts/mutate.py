@@ -11,6 +11,7 @@ import json
 import multiprocessing
 import os
 import pathlib
+import queue
 import random
 import re
 import resource
@@ -187,7 +188,7 @@ def work(folder, targets, tests, todo, results, building):
 
 
 def run(found, options):
-    """The verdict on each mutant, in their order."""
+    """Yields the verdict on each mutant, in their order, as soon as it is known."""
     targets = options.tests or list(dict.fromkeys(
         test for m in found for test in TESTS.get(m.file.split('/')[0], [])))
     if not targets:
@@ -197,27 +198,29 @@ def run(found, options):
         todo.put(numbered)
     building = multiprocessing.Lock()
     verdicts = {}
+    next_index = 0
     with tempfile.TemporaryDirectory(prefix='mutate-') as folder:
         workers = []
         for number in range(options.jobs):
             todo.put(None)
             copy = pathlib.Path(folder) / str(number)
             workers.append(multiprocessing.Process(
-                target=work, args=(copy, targets, options.tests, todo, results, building)))
+                target=work, args=(copy, targets, options.tests, todo, results, building),
+                daemon=True))
             workers[-1].start()
-        while len(verdicts) < len(found):
+        while next_index < len(found):
             try:
                 index, verdict = results.get(timeout=1)
-            except multiprocessing.queues.Empty:
+            except queue.Empty:
                 if any(w.exitcode for w in workers):
                     sys.exit('a worker failed; see above')
                 continue
             verdicts[index] = verdict
-            if sys.stderr.isatty() or len(verdicts) % 25 == 0:
-                print(f'{len(verdicts)} of {len(found)}', file=sys.stderr)
+            while next_index in verdicts:
+                yield verdicts[next_index]
+                next_index += 1
         for worker in workers:
             worker.join()
-    return [verdicts[i] for i in range(len(found))]
 
 
 def main():
@@ -233,7 +236,7 @@ def main():
     counts = collections.Counter()
     for mutant, verdict in zip(found, run(found, options)):
         counts[verdict.split()[0]] += 1
-        print(f'{mutant.file}:{mutant.line}  {mutant.what}  {verdict}')
+        print(f'{mutant.file}:{mutant.line}  {mutant.what}  {verdict}', flush=True)
     compiled = len(found) - counts['does']
     print(f'{len(found)} mutants, {compiled} compile: {counts["killed"]} killed, '
           f'{counts["SURVIVED"]} survived; {time.monotonic() - begin:.0f} s')
