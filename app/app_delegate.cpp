@@ -11,7 +11,7 @@ AppDelegate::AppDelegate(System system, UserInterface& userInterface, std::strin
     : system_{std::move(system)}, userInterface_{userInterface}, website_{std::move(website)} {}
 
 void AppDelegate::applicationDidFinishLaunching() {
-    // Not through setOperation: there is nothing to refresh before the window stands.
+    // Not through setOperation, which refreshes controls.
     setOperationKey("op.ready");
     setOperationPercent(-1);
     controls_.emplace(userInterface_.buildWindow(windowActions()));

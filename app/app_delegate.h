@@ -1,16 +1,14 @@
-// The controller: the program's whole state and every rule that changes it.
+// The controller: the program's state and every rule that changes it.
 //
-// There is one, made by main and kept until the event loop returns. Main thread
-// only; what comes from other threads goes through the main queue and holds the
-// controller weakly.
+// Main thread only. Other threads post to the main queue, with jobs that lock a weak_ptr
+// to the controller.
 //
-// Setters only store. Whoever changes state calls refreshTexts (directly or
-// through setOperation) and updateButtons.
+// Setters only store; they accept any value. Whoever changes state calls refreshTexts
+// (directly or through setOperation) and updateButtons.
 #pragma once
 
 #include "app/completion.h"
 #include "app/output_parser.h"
-#include "app/output_text.h"
 #include "i18n/window_texts.h"
 #include "interfaces/controls.h"
 #include "interfaces/device_state.h"
@@ -22,75 +20,77 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace oxlade {
 
 class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
   public:
-    /// Uses the system and the user interface; both outlive it. `website` is an
-    /// https address. Make it with std::make_shared.
+    /// `system` and `userInterface` must outlive the controller. `website` is an https
+    /// address. Create it with std::make_shared.
     AppDelegate(System system, UserInterface& userInterface, std::string website);
 
-    // What the application calls.
-    /// Builds the window, selects the shipped image and shows the window. Once, and
-    /// before all below but for installMainMenu, openWebsite, loaderPath,
-    /// bundledFirmwarePath and the plain state: the others act on the window's controls.
+    // Called by the application.
+    /// Builds the window, selects the shipped image and shows the window. Call once.
+    /// Before it, only installMainMenu, openWebsite, loaderPath, bundledFirmwarePath,
+    /// validateFirmwareAtPath and the plain getters and setters may be called: all other
+    /// functions use the window's controls.
     void applicationDidFinishLaunching();
     bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
-    /// Builds the whole menu bar anew in the current language and installs it.
+    /// Installs the menu bar in the current language.
     void installMainMenu();
 
-    // What the controls call.
-    /// Asks the helper about the device; ignored while a run is going on.
+    // Called by the controls.
+    /// Runs the helper to check the device; ignored during a run.
     void checkDevice();
-    /// Asks the user, then flashes firmwarePath; ignored without an image or while a
-    /// run is going on. Whether the device is ready is the button's matter.
+    /// Asks for confirmation, then flashes firmwarePath; ignored during a run and without
+    /// an image. Does not test whether the device is ready: its button is disabled then.
     void installFirmware();
-    /// Selects the shipped image; ignored where the bundle has none.
+    /// Selects the shipped image; ignored if the bundle has none.
     void useBundledFirmware();
-    /// Lets the user pick an image; nothing changes when that is cancelled.
+    /// Lets the user choose an image; cancelling changes nothing.
     void chooseFirmware();
-    /// Takes over what the language control shows, stores it, and says everything
-    /// anew in that language but for the log.
+    /// Sets CurrentLanguage to the language control's selection, stores it, and replaces
+    /// the menu bar and all texts. Lines that are in the log keep their language.
     void languageChanged();
     void openWebsite();
 
-    // The rules.
-    /// Stores both, then refreshes all texts. An unknown key is shown as it is. A
-    /// negative percentage: none is shown; one over 100 is shown as it is.
+    /// Stores both, then refreshes all texts. An unknown key is its own text. A negative
+    /// percentage is not shown; there is no upper limit.
     void setOperation(std::string_view key, std::int32_t percent);
-    /// Derives the enabled flags of the four action buttons from the state.
+    /// Enables and disables the four action buttons according to the state.
     void updateButtons();
-    /// Derives every text and status colour of the window from the state.
+    /// Sets every text and status colour of the window according to the state. Makes one
+    /// query to the file system.
     void refreshTexts();
-    /// Adds the text to the log as it is and scrolls to its end; an empty text
-    /// does nothing.
+    /// Appends `text` to the log as it is and scrolls to the end; ignores empty text.
     void appendLog(std::string_view text);
 
-    /// The path of the helper to run; asks the file system at each call.
+    /// The path of the helper to run. Asks the file system at each call.
     std::string loaderPath() const;
-    /// The path of the shipped image, or an empty text when the bundle has none.
+    /// The path of the shipped image, empty if the bundle has none. Asks the file system
+    /// at each call.
     std::string bundledFirmwarePath() const;
-    /// Whether the file may be flashed. If not, `reason` (may be null) gets a
-    /// sentence in the current language.
+    /// Whether the file may be flashed. If not, sets `*reason` to a sentence in the
+    /// current language; `reason` may be null.
     bool validateFirmwareAtPath(const std::string& path, std::string* reason) const;
-    /// The one gate to `firmwarePath`: takes the file as it is named, or explains
-    /// in an alert why not and leaves everything as it was.
+    /// Validates the file and stores `path` as it is; shows an alert and changes nothing
+    /// if the file is refused. Nothing else sets firmwarePath.
     void selectFirmwareAtPath(const std::string& path);
 
-    /// Starts one helper run; ignored while another is going on. The outcome
-    /// arrives at handleTaskFinished, at once if the helper cannot be run.
+    /// Starts a helper run; ignored during a run. Each run ends in handleTaskFinished,
+    /// which is called at once if the helper cannot be launched.
     void runLoaderWithArguments(std::vector<std::string> arguments, const HelperMode& mode);
-    /// One chunk of the helper's output, decoded.
-    void handleTaskOutput(const std::string& text);
-    /// One chunk with its carriage returns turned into line feeds.
+    /// Takes one decoded chunk of the helper's output.
+    void handleTaskOutput(std::string text);
+    /// Applies the reports in one chunk, whose carriage returns are line feeds already.
     void parseProgressFromText(std::string_view text);
-    /// The end of a run. Status 0 is success; -1 stands for a helper that could
-    /// not be run.
+    /// Ends the current run. Status 0 is success; -1 means that the helper could not be
+    /// launched. `mode` may be a reference to currentMode().
     void handleTaskFinished(std::int32_t status, const HelperMode& mode);
 
-    // The state. Absent and empty are the same for the texts.
+    // The state. An empty string means that there is none.
     const std::string& firmwarePath() const { return firmwarePath_; }
     void setFirmwarePath(std::string path) { firmwarePath_ = std::move(path); }
     DeviceState deviceState() const { return deviceState_; }
@@ -105,8 +105,10 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void setCurrentTask(std::shared_ptr<HelperProcess> task) { currentTask_ = std::move(task); }
     const HelperMode& currentMode() const { return currentMode_; }
     void setCurrentMode(HelperMode mode) { currentMode_ = std::move(mode); }
-    std::string taskOutput() const { return taskOutput_.string(); }
-    void setTaskOutput(std::string_view output) { taskOutput_ = OutputText{output}; }
+    /// The output of the current or last run, one string for each chunk, before its
+    /// carriage returns are replaced.
+    const std::vector<std::string>& taskOutput() const { return taskOutput_; }
+    void setTaskOutput(std::vector<std::string> chunks) { taskOutput_ = std::move(chunks); }
 
   private:
     void apply(const EraseReport& report);
@@ -120,16 +122,16 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     System system_;
     UserInterface& userInterface_;
     std::string website_;
-    std::optional<Controls> controls_; ///< from the window's making on
+    std::optional<Controls> controls_; ///< set once the window is built
 
     std::string firmwarePath_;
     DeviceState deviceState_ = DeviceState::unknown;
     std::string deviceGeometry_;
     std::string operationKey_;
     std::int32_t operationPercent_ = 0;
-    std::shared_ptr<HelperProcess> currentTask_; ///< non-null: the program is busy
+    std::shared_ptr<HelperProcess> currentTask_; ///< non-null exactly during a run
     HelperMode currentMode_;
-    OutputText taskOutput_;
+    std::vector<std::string> taskOutput_;
 };
 
 } // namespace oxlade

@@ -1,4 +1,4 @@
-// Which image to flash: every selection goes through selectFirmwareAtPath.
+// The selection of the image to flash.
 #include "app/app_delegate.h"
 #include "firmware/bundle_paths.h"
 #include "firmware/image_test.h"

@@ -1,4 +1,4 @@
-// The runs of the helper: the two commands that start one, its output, its end.
+// One run of the helper, in the order of its steps: command, launch, output, exit.
 #include "app/app_delegate.h"
 #include "app/chunk_decoder.h"
 #include "app/completion.h"
@@ -7,6 +7,7 @@
 #include "interfaces/path_names.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace oxlade {
 
@@ -44,7 +45,7 @@ void AppDelegate::checkDevice() {
     setDeviceState(DeviceState::checking);
     controls_->progress.setDoubleValue(0.0);
     setOperation("op.checking", -1);
-    // The geometry of an earlier check stays until the helper reports a new one.
+    // deviceGeometry keeps the line of the last check until the helper prints another.
     runLoaderWithArguments({"--info"}, HelperMode{infoMode});
 }
 
@@ -59,7 +60,7 @@ void AppDelegate::installFirmware() {
     if (!confirmed) return;
     controls_->progress.setDoubleValue(0.0);
     setOperation("op.flashing", 0);
-    // The alert above is the only question: the helper is told not to ask its own.
+    // "--yes": the helper must not ask for confirmation as well.
     runLoaderWithArguments({"--firmware", firmwarePath_, "--yes"}, HelperMode{installMode});
 }
 
@@ -92,17 +93,17 @@ void AppDelegate::runLoaderWithArguments(std::vector<std::string> arguments,
     controls_->girlView.startWaiting();
 }
 
-// The callbacks run off the main thread: they touch nothing of the controller and
-// do not keep it alive; what they post looks for it again.
+// The callbacks run on another thread: they use nothing of the controller. The jobs that
+// they post lock a weak_ptr to it.
 void AppDelegate::installCallbacks(const std::shared_ptr<HelperProcess>& task) {
     const std::weak_ptr<AppDelegate> weakSelf = weak_from_this();
-    // The task owns its callbacks and must not own itself through them.
+    // A weak_ptr: the task owns its callbacks.
     const std::weak_ptr<HelperProcess> weakTask = task;
     const auto queue = system_.mainQueue;
     task->setReadabilityHandler([weakSelf, queue](std::string_view bytes) {
-        if (bytes.empty()) return; // the end of the stream says nothing about the run
-        queue->post([weakSelf, text = decodeChunk(bytes)] {
-            if (const auto self = weakSelf.lock()) self->handleTaskOutput(text);
+        if (bytes.empty()) return; // end of file
+        queue->post([weakSelf, text = decodeChunk(bytes)]() mutable {
+            if (const auto self = weakSelf.lock()) self->handleTaskOutput(std::move(text));
         });
     });
     task->setTerminationHandler([weakSelf, weakTask, queue] {
@@ -118,13 +119,12 @@ void AppDelegate::installCallbacks(const std::shared_ptr<HelperProcess>& task) {
     });
 }
 
-void AppDelegate::handleTaskOutput(const std::string& text) {
+void AppDelegate::handleTaskOutput(std::string text) {
     if (text.empty()) return;
-    taskOutput_.append(text);
-    std::string lines = text;
-    std::replace(lines.begin(), lines.end(), '\r', '\n');
-    appendLog(lines);
-    parseProgressFromText(lines);
+    taskOutput_.push_back(text);
+    std::replace(text.begin(), text.end(), '\r', '\n');
+    appendLog(text);
+    parseProgressFromText(text);
 }
 
 void AppDelegate::parseProgressFromText(std::string_view text) {
@@ -144,7 +144,7 @@ void AppDelegate::apply(const WriteReport& report) {
 }
 
 void AppDelegate::apply(const GeometryReport& report) {
-    // Shown by the refresh at the end of the check, if it succeeds.
+    // No refresh: it is shown once the check has succeeded.
     setDeviceGeometry(std::string{report.line});
 }
 
@@ -154,7 +154,7 @@ void AppDelegate::apply(const UploadComplete&) {
 }
 
 void AppDelegate::handleTaskFinished(std::int32_t status, const HelperMode& mode) {
-    // First: `mode` may be the very state that is cleared next.
+    // Before currentMode is cleared: `mode` may refer to it.
     const auto outcome = outcomeOf(mode, status);
     const bool hadProcess = currentTask_ != nullptr;
     setCurrentTask(nullptr);

@@ -7,30 +7,34 @@ namespace oxlade {
 
 namespace {
 
-constexpr bool isContinuation(unsigned char byte) { return (byte & 0xC0U) == 0x80U; }
+using Byte = unsigned char;
 
-/// The number of bytes of the character that `lead` and `second` begin, 0 if no
-/// character begins so. The second byte alone tells overlong forms, surrogates and
-/// numbers that are too large.
-constexpr std::size_t characterLength(unsigned char lead, unsigned char second) {
-    if (!isContinuation(second)) return 0;
-    if (lead >= 0xC2 && lead <= 0xDF) return 2;
-    if (lead == 0xE0) return second >= 0xA0 ? 3 : 0;
-    if (lead == 0xED) return second <= 0x9F ? 3 : 0;
-    if (lead >= 0xE1 && lead <= 0xEF) return 3;
-    if (lead == 0xF0) return second >= 0x90 ? 4 : 0;
-    if (lead == 0xF4) return second <= 0x8F ? 4 : 0;
-    return lead >= 0xF1 && lead <= 0xF3 ? 4 : 0;
-}
-
-/// How many bytes at the front are ASCII, counted in words of eight.
-std::size_t asciiWordsLength(std::string_view bytes) {
+/// The number of ASCII bytes at the front.
+std::size_t asciiLength(std::string_view bytes) {
     std::size_t length = 0;
-    for (; bytes.size() - length >= sizeof(std::uint64_t); length += sizeof(std::uint64_t)) {
-        std::uint64_t word = 0;
+    // Eight at a time: most output is ASCII throughout.
+    for (std::uint64_t word = 0; bytes.size() - length >= sizeof word; length += sizeof word) {
         std::memcpy(&word, bytes.data() + length, sizeof word);
         if ((word & 0x8080808080808080U) != 0) break;
     }
+    while (length < bytes.size() && static_cast<Byte>(bytes[length]) < 0x80) ++length;
+    return length;
+}
+
+/// The length of the multi-byte character at the front; 0 if there is no valid one.
+std::size_t characterLength(std::string_view bytes) {
+    const auto at = [bytes](std::size_t index) { return static_cast<Byte>(bytes[index]); };
+    const Byte lead = at(0);
+    if (lead < 0xC2 || lead > 0xF4) return 0;
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (bytes.size() < length) return 0;
+    // The bounds of the second byte exclude overlong forms, surrogates and numbers
+    // above U+10FFFF.
+    const Byte least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    const Byte most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    if (at(1) < least || at(1) > most) return 0;
+    for (std::size_t i = 2; i < length; ++i)
+        if ((at(i) & 0xC0U) != 0x80U) return 0;
     return length;
 }
 
@@ -38,7 +42,7 @@ std::string fromLatin1(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size() * 2);
     for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
+        const auto byte = static_cast<Byte>(c);
         if (byte < 0x80) {
             text += c;
         } else {
@@ -52,23 +56,13 @@ std::string fromLatin1(std::string_view bytes) {
 } // namespace
 
 bool isUtf8(std::string_view bytes) {
-    std::size_t i = 0;
-    const auto at = [bytes](std::size_t index) { return static_cast<unsigned char>(bytes[index]); };
-    while (i < bytes.size()) {
-        i += asciiWordsLength(bytes.substr(i));
-        if (i == bytes.size()) break;
-        if (at(i) < 0x80) {
-            ++i;
-            continue;
-        }
-        if (bytes.size() - i < 2) return false;
-        const auto length = characterLength(at(i), at(i + 1));
-        if (length == 0 || bytes.size() - i < length) return false;
-        for (std::size_t k = 2; k < length; ++k)
-            if (!isContinuation(at(i + k))) return false;
-        i += length;
+    for (;;) {
+        bytes.remove_prefix(asciiLength(bytes));
+        if (bytes.empty()) return true;
+        const auto length = characterLength(bytes);
+        if (length == 0) return false;
+        bytes.remove_prefix(length);
     }
-    return true;
 }
 
 std::string decodeChunk(std::string_view bytes) {

@@ -1,4 +1,4 @@
-// From the bytes of one read to text. Pure; any thread.
+// Decodes the bytes of one read into text. Pure; any thread.
 #pragma once
 
 #include <string>
@@ -6,13 +6,18 @@
 
 namespace oxlade {
 
-/// Whether the bytes are UTF-8 throughout: no overlong form, no surrogate, nothing
-/// above U+10FFFF, no character cut at the end. An empty text is.
+/// Whether all of `bytes` is UTF-8: no overlong form, no surrogate, nothing above
+/// U+10FFFF, no character cut at either end. Empty input is UTF-8.
 bool isUtf8(std::string_view bytes);
 
-/// One chunk of the helper's output as UTF-8 text. Bytes that are not UTF-8
-/// throughout are taken, the whole chunk, for Latin-1: every chunk stands by
-/// itself, also one that ends inside a character. A byte-order mark stays.
+/// Decodes one chunk of the helper's output and returns it as UTF-8. A chunk that is not
+/// UTF-8 as a whole is decoded as Latin-1 as a whole, also one that merely ends inside a
+/// character: no bytes are carried over to the next chunk.
+///
+/// The result is empty only for empty input: UTF-8 is returned byte for byte, and each
+/// Latin-1 byte becomes one character. So there is no second attempt for a chunk that
+/// decodes to nothing. A byte-order mark is kept: a chunk is not the start of a file, and
+/// the log shows every character that the helper wrote.
 std::string decodeChunk(std::string_view bytes);
 
 } // namespace oxlade

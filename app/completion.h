@@ -1,4 +1,4 @@
-// What the end of a run means, as a table. Pure.
+// The outcome of a run by its mode and exit status. Pure; any thread.
 #pragma once
 
 #include "interfaces/device_state.h"
@@ -10,8 +10,8 @@
 
 namespace oxlade {
 
-/// "info" or "install" while a helper runs, empty when none does; compared by
-/// content. Any other text is allowed and changes nothing when the run ends.
+/// "info" or "install" while a helper runs, empty otherwise. Any other text is allowed;
+/// the end of such a run changes nothing.
 using HelperMode = std::string;
 
 inline constexpr std::string_view infoMode = "info";
@@ -19,7 +19,7 @@ inline constexpr std::string_view installMode = "install";
 
 enum class ClosingAlert { none, done, failed };
 
-/// What changes when a run has ended; what is absent stays as it is.
+/// What changes when a run has ended; absent members leave their value unchanged.
 struct Outcome {
     std::optional<DeviceState> deviceState;
     std::optional<double> progress;
@@ -29,8 +29,18 @@ struct Outcome {
     friend bool operator==(const Outcome&, const Outcome&) = default;
 };
 
-/// Status 0 is success, anything else failure. A mode that is neither "info" nor
-/// "install" changes nothing.
-Outcome outcomeOf(std::string_view mode, std::int32_t status);
+/// Status 0 is success, any other failure.
+constexpr Outcome outcomeOf(std::string_view mode, std::int32_t status) {
+    const bool succeeded = status == 0;
+    if (mode == infoMode) {
+        if (succeeded) return {DeviceState::ready, {}, "op.deviceReady", ClosingAlert::none};
+        return {DeviceState::failed, {}, "op.checkFailed", ClosingAlert::none};
+    }
+    if (mode == installMode) {
+        if (succeeded) return {{}, 100.0, "op.done", ClosingAlert::done};
+        return {{}, {}, "op.error", ClosingAlert::failed};
+    }
+    return {};
+}
 
 } // namespace oxlade

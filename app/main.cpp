@@ -24,11 +24,11 @@ int main(int argc, char* argv[]) {
     const auto mainQueue = PosixMainQueue::make();
     if (!mainQueue) return qErrnoWarning("Oxlade cannot make a pipe"), 1;
     readFontsAhead();
-    argc = 1; // there are no options, not even those that Qt would take
-    QApplication application{argc, argv};
     QtUserDefaults userDefaults;
     CurrentLanguage =
         languageAtStart(userDefaults.string(interfaceLanguageKey), preferredLanguages());
+    argc = 1; // there are no options, not even Qt's own
+    QApplication application{argc, argv};
 
     QtBundle bundle{executableDirectory()};
     PosixFileSystem fileSystem;
@@ -49,11 +49,13 @@ int main(int argc, char* argv[]) {
         userInterface, websiteAddress);
     controller = delegate.get();
     delegate->installMainMenu();
-    // Not by Qt: an alert that opens then undoes the quit that Qt posts.
+    // Not by Qt, which posts an event to quit: an alert that opens next would remove it.
     QApplication::setQuitOnLastWindowClosed(false);
     if (delegate->applicationShouldTerminateAfterLastWindowClosed())
         QObject::connect(&application, &QGuiApplication::lastWindowClosed,
                          [] { QApplication::exit(); });
+    // In the event loop: exec() ignores an exit() before it, as during an alert at the start.
     QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
-    return QApplication::exec();
+    QApplication::exec();
+    return 0;
 }

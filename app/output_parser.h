@@ -1,4 +1,4 @@
-// The helper's progress protocol: one line of output in, one report out.
+// The helper's progress protocol: parses lines of output into reports.
 // Pure; any thread; any bytes.
 #pragma once
 
@@ -29,16 +29,17 @@ struct UploadComplete {
 
 using Report = std::variant<EraseReport, WriteReport, GeometryReport, UploadComplete>;
 
-/// Without leading and trailing white space and newline characters (Unicode's
-/// space separators, tab, and those of nextPiece). `text` is UTF-8.
+/// `text` without leading and trailing Unicode space separators, tabs and newline
+/// characters (those of nextPiece). `text` is UTF-8.
 std::string_view trimmed(std::string_view text);
 
-/// What one line, already trimmed, reports; nothing for any other line.
+/// The report of one trimmed line; nothing if the line is not a report.
 std::optional<Report> parseLine(std::string_view line);
 
-/// Takes the text up to the next newline character (U+000A to U+000D, U+0085,
-/// U+2028, U+2029) from the front of `rest`, and the character with it. The last
-/// piece, which may be empty, leaves `rest` with a null data().
+/// Removes the text up to the next newline character (U+000A to U+000D, U+0085, U+2028,
+/// U+2029), and that character, from the front of `rest`; returns the text. Without a
+/// newline character, returns all of `rest`, which may be empty, and sets the data() of
+/// `rest` to null.
 std::string_view nextPiece(std::string_view& rest);
 
 /// Calls `apply` with each report of the chunk, in order.

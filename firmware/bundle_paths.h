@@ -1,5 +1,5 @@
-// Where the helper and the shipped image are. Nothing is cached: each call asks the file
-// system again, so a file that comes or goes while the program runs is noticed. Main thread.
+// The paths of the helper and of the shipped image. Nothing is cached: each call asks the
+// file system. Main thread.
 #pragma once
 
 #include "interfaces/system.h"
@@ -8,11 +8,11 @@
 
 namespace oxlade {
 
-/// The path of the helper to run: the bundle's own if it is an executable file, else
-/// "oxlade" in the current directory, which is not tested.
+/// The path of the helper: "Contents/MacOS/oxlade" in the bundle if that is an executable
+/// file, otherwise "oxlade" in the current directory, which need not exist.
 std::string loaderPath(const Bundle& bundle, const FileSystem& fileSystem);
 
-/// The path of the shipped image; empty when the bundle has none.
+/// The path of the shipped image, the resource mpcv171.bin; empty if the bundle has none.
 std::string bundledFirmwarePath(const Bundle& bundle);
 
 } // namespace oxlade

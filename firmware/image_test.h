@@ -1,4 +1,4 @@
-// Whether a file looks like an operating-system image.
+// Tests whether a file looks like an operating-system image.
 #pragma once
 
 #include "interfaces/system.h"
@@ -12,14 +12,14 @@ namespace oxlade {
 
 inline constexpr std::string_view imageSignature = "MPC4000 Operating System";
 inline constexpr std::size_t imageSignatureOffset = 32; ///< bytes
-/// The size of the shortest image, in bytes: 56. Nothing after it is tested.
+/// The size of the smallest image, in bytes: 56. What follows is not tested.
 inline constexpr std::size_t imageMinimumSize = imageSignatureOffset + imageSignature.size();
 
 enum class ImageVerdict { acceptable, tooSmall, noSignature };
 
-/// `head` is the beginning of the file: at least imageMinimumSize bytes, or the whole file
-/// if it is shorter. A file that cannot be read counts as empty. The size is tested first.
-/// Pure; any thread; any bytes.
+/// `head` is the start of the file: at least imageMinimumSize bytes, or the whole file if
+/// it is shorter. Pass an empty `head` for a file that cannot be read. A short file is
+/// tooSmall whatever it contains. Pure; any thread; any bytes.
 constexpr ImageVerdict testImage(std::string_view head) {
     if (head.size() < imageMinimumSize) return ImageVerdict::tooSmall;
     const bool isSigned =
@@ -27,8 +27,8 @@ constexpr ImageVerdict testImage(std::string_view head) {
     return isSigned ? ImageVerdict::acceptable : ImageVerdict::noSignature;
 }
 
-/// The string-table key of the reason to refuse the file, or nothing if it may be flashed.
-/// Reads the file's first imageMinimumSize bytes. Main thread.
+/// The string-table key of the reason to refuse the file; nothing if it may be flashed.
+/// Reads the first imageMinimumSize bytes of the file. Main thread.
 std::optional<std::string_view> imageRefusal(const FileSystem& fileSystem, const std::string& path);
 
 } // namespace oxlade

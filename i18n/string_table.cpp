@@ -8,8 +8,7 @@ std::int64_t CurrentLanguage = 0;
 
 namespace {
 
-// Some words stay English in the Russian texts: they are what the sampler and
-// the helper call these things.
+// Some words are English in the Russian texts, too: the sampler and the helper use them.
 // clang-format off
 constexpr std::array<Translation, translationCount> Translations{{
     {"button.bundled",
@@ -164,27 +163,21 @@ constexpr std::string_view placeholderOf(std::string_view text) {
     return {};
 }
 
-constexpr bool isSortedWithoutRepeats() {
-    for (std::size_t i = 1; i < Translations.size(); ++i)
-        if (!(Translations[i - 1].key < Translations[i].key)) return false;
-    return true;
-}
+static_assert(
+    [] {
+        for (std::size_t i = 1; i < Translations.size(); ++i)
+            if (Translations[i - 1].key >= Translations[i].key) return false;
+        return true;
+    }(),
+    "L() needs sorted keys without repeats");
 
-constexpr bool everyTextStands() {
-    for (const auto& entry : Translations)
-        if (entry.texts[0].empty() || entry.texts[1].empty()) return false;
-    return true;
-}
-
-constexpr bool placeholdersAgree() {
-    for (const auto& entry : Translations)
-        if (placeholderOf(entry.texts[0]) != placeholderOf(entry.texts[1])) return false;
-    return true;
-}
-
-static_assert(isSortedWithoutRepeats(), "the look-up bisects");
-static_assert(everyTextStands());
-static_assert(placeholdersAgree());
+static_assert(
+    [] {
+        for (const auto& [key, texts] : Translations)
+            if (placeholderOf(texts[0]) != placeholderOf(texts[1])) return false;
+        return true;
+    }(),
+    "the texts of a template need the same placeholder");
 
 } // namespace
 

@@ -1,4 +1,4 @@
-// Every text that the program shows or logs, in English and Russian, and the choice of
+// The texts that the program shows and logs, in English and Russian, and the choice of
 // the language.
 #pragma once
 
@@ -12,15 +12,16 @@
 
 namespace oxlade {
 
-/// The language of the interface, the index into each entry's texts: 0 English,
-/// 1 Russian, and never anything else: nobody checks it. Main thread.
+/// The language of the interface: 0 English, 1 Russian. Used as an index without a check.
+/// Main thread.
 extern std::int64_t CurrentLanguage;
 
 /// The key under which the user's choice is stored, as "en" or "ru".
 inline constexpr std::string_view interfaceLanguageKey = "InterfaceLanguage";
 
-/// 1 (Russian) or 0 (English). A stored choice wins whatever it holds; without one
-/// the first of the system's preferred languages (such as ru-RU) decides. Any thread.
+/// 1 (Russian) if the stored choice starts with "ru" or, without a stored choice, the
+/// first of the preferred languages (such as "ru-RU") does; otherwise 0 (English). A
+/// stored choice that names neither language is English. Any thread.
 std::int64_t languageAtStart(const std::optional<std::string>& stored,
                              std::span<const std::string> preferredLanguages);
 
@@ -31,17 +32,16 @@ struct Translation {
 
 inline constexpr std::size_t translationCount = 47;
 
-/// The whole table, sorted by key; constant. Any thread.
+/// The table, sorted by key. Any thread.
 std::span<const Translation, translationCount> translations();
 
-/// The key's text in the current language, read at each call. An unknown key
-/// gives itself, a null view a null view. The result lives for ever, but for an
-/// unknown key, whose lifetime is the caller's. Keys match exactly. Main thread.
+/// The text of `key` in the current language. Returns an unknown key itself, and a null
+/// view for a null view. Keys match exactly. The texts of the table have static lifetime.
+/// Main thread.
 std::string_view L(std::string_view key);
 
-/// The template with its one placeholder, %@ or %d, replaced by `value`. Text
-/// in `value` that looks like a placeholder stays as it is; so does a template
-/// without one. Any thread.
+/// `textTemplate` with its placeholder, %@ or %d, replaced by `value`. Placeholders in
+/// `value` are kept. A template without a placeholder is returned as it is. Any thread.
 std::string filled(std::string_view textTemplate, std::string_view value);
 
 } // namespace oxlade

@@ -3,6 +3,9 @@
 #include "i18n/string_table.h"
 #include "interfaces/path_names.h"
 
+#include <array>
+#include <charconv>
+
 namespace oxlade {
 
 namespace {
@@ -48,16 +51,12 @@ void setFirmwareTexts(WindowTexts& texts, const WindowState& state) {
 } // namespace
 
 std::string megabytes(std::uint64_t bytes) {
-    // A tenth of a mebibyte is no whole number of bytes, so a size lies exactly
-    // between two tenths only at odd multiples of 1/20 MiB that are whole: at
-    // quarters. There the even tenth is the one that the C library prints.
-    const std::uint64_t whole = bytes >> 20U;
-    const std::uint64_t scaled = (bytes & 0xFFFFFU) * 10; // tenths, times 2^20
-    std::uint64_t tenths = scaled >> 20U;
-    const std::uint64_t rest = scaled & 0xFFFFFU;
-    constexpr std::uint64_t half = 0x80000U;
-    if (rest > half || (rest == half && tenths % 2 == 1)) ++tenths;
-    return std::to_string(whole + tenths / 10) + '.' + std::to_string(tenths % 10) + " MB";
+    std::array<char, 32> digits;
+    const auto end =
+        std::to_chars(digits.data(), digits.data() + digits.size(),
+                      static_cast<double>(bytes) * (1.0 / 1048576), std::chars_format::fixed, 1)
+            .ptr;
+    return std::string{digits.data(), end} + " MB";
 }
 
 WindowTexts windowTexts(const WindowState& state) {

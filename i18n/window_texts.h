@@ -42,8 +42,10 @@ WindowTexts windowTexts(const WindowState& state);
 /// The whole menu bar in the current language. Main thread.
 MenuTree menuTree();
 
-/// A size in bytes as mebibytes with one decimal and a point, such as "3.0 MB":
-/// rounded as the C library prints it, whatever the locale.
+/// A size in bytes as mebibytes (2^20 bytes) with one decimal and a point in every
+/// locale, such as "3.0 MB". The size is converted to a double first, so sizes over 2^53
+/// bytes are rounded to 53 significant bits; then to the nearest tenth, ties to even.
+/// Any thread.
 std::string megabytes(std::uint64_t bytes);
 
 } // namespace oxlade

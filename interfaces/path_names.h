@@ -1,4 +1,4 @@
-// Parts of paths, as text. Pure; any thread.
+// Paths as text. Pure; any thread.
 #pragma once
 
 #include <string>
@@ -6,7 +6,8 @@
 
 namespace oxlade {
 
-/// What follows the last slash, slashes at the end not counted; of "/", "/".
+/// The name of the file: what follows the last slash. Slashes at the end are ignored; the
+/// name of "/" is "/".
 inline std::string_view lastPathComponent(std::string_view path) {
     while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
     if (path.size() == 1) return path;
@@ -14,8 +15,8 @@ inline std::string_view lastPathComponent(std::string_view path) {
     return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
-/// The two joined by a slash, unless the directory ends with one; the name alone if the
-/// directory is empty.
+/// `directory` and `name` with one slash between them; `name` alone if `directory` is
+/// empty.
 inline std::string joinedPath(std::string_view directory, std::string_view name) {
     std::string path{directory};
     if (!path.empty() && !path.ends_with('/')) path += '/';

@@ -1,8 +1,8 @@
-// What the controller needs of the system, as small interfaces. The real ones
-// are in platform/, the dialogs' in ui/; those of the tests record.
+// The operations of the system that the controller uses, as interfaces. platform/
+// implements them, ui/ the dialogs; the tests have fakes that record.
 //
-// Main thread unless a line says otherwise. Paths and texts are UTF-8 (a path:
-// the bytes that the system knows the file by). Nothing here throws.
+// Main thread unless stated otherwise. Texts are UTF-8; paths are the bytes that the
+// system uses. No function throws.
 #pragma once
 
 #include <cstdint>
@@ -15,54 +15,49 @@
 
 namespace oxlade {
 
-/// The one door from other threads to the main thread.
+/// Runs jobs on the main thread for other threads.
 class MainQueue {
   public:
     virtual ~MainQueue() = default;
-    /// Any thread; returns at once. Jobs run on the main thread one at a time, in
-    /// the order in which they were posted. A job may run an alert: those posted
-    /// meanwhile run inside the alert's event loop. Jobs left when the program
-    /// ends are dropped.
+    /// Any thread; does not block. Jobs run on the main thread one at a time, first in,
+    /// first out. A job may run an alert: later jobs run in the alert's event loop. Jobs
+    /// that are left when the program ends are dropped.
     virtual void post(std::function<void()> job) = 0;
 };
 
-/// One run of the flashing helper: made, given its callbacks, launched once.
-/// Letting go of the object never stops, signals or delays the helper.
+/// One run of the flashing helper. Set both handlers, then launch it once. Destroying the
+/// object never stops, signals or delays the helper.
 class HelperProcess {
   public:
-    /// Gets everything that could be read at once: one call per read. Empty at
-    /// the end of the stream. The bytes live for the call.
+    /// Gets all bytes that one read returned, valid during the call. Empty at end of file.
     using ReadabilityHandler = std::function<void(std::string_view bytes)>;
     using TerminationHandler = std::function<void()>;
 
     virtual ~HelperProcess() = default;
 
-    /// The callback for output; an empty one removes it. Both callbacks are called on
-    /// one background thread, never at the same time, and may be set from any thread,
-    /// also from within a callback.
+    /// Sets the handler for output; an empty one removes it. Both handlers are called on
+    /// one background thread, never at the same time. Any thread, also in a handler.
     virtual void setReadabilityHandler(ReadabilityHandler handler) = 0;
-    /// Called once after the helper has exited and after all that it had written
-    /// by then has gone through the readability handler. What a child of the
-    /// helper still writes is not waited for.
+    /// Sets the handler that is called once, after the helper has exited and all that it
+    /// wrote until then has gone to the readability handler. Does not wait for output of
+    /// the helper's children. Any thread.
     virtual void setTerminationHandler(TerminationHandler handler) = 0;
-    /// Starts the helper, once: with its standard output and error joined on one
-    /// pipe; in a session of its own, so that no terminal and no end of ours reaches
-    /// it; with default signals, but a broken pipe ignored; with no other descriptor
-    /// of ours; with our standard input, working directory and environment. Nothing
-    /// on success, else the system's description of the error; no callback is called
-    /// then.
+    /// Starts the helper with its standard output and error on one pipe, in a session of
+    /// its own, with default signal handling but SIGPIPE ignored, without our other
+    /// descriptors; it inherits standard input, working directory and environment. Call
+    /// once. Returns nothing on success, otherwise the system's description of the error;
+    /// no handler is called then.
     virtual std::optional<std::string> launch() = 0;
-    /// The exit status; of a helper that died by a signal, the signal's number; -1
-    /// when the system does not tell. Meaningful from the termination callback on,
-    /// 0 before. Any thread.
+    /// The exit status, or the number of the signal that ended the helper; -1 if the
+    /// system does not tell; 0 before the termination handler is called. Any thread.
     virtual std::int32_t terminationStatus() const = 0;
 };
 
 class HelperProcesses {
   public:
     virtual ~HelperProcesses() = default;
-    /// A process that is not launched yet. `arguments` reach the helper byte for
-    /// byte, without the program's name in front.
+    /// Returns a process that is not launched yet. The helper gets `arguments`, which do
+    /// not include its own name, byte for byte.
     virtual std::shared_ptr<HelperProcess> make(std::string executablePath,
                                                 std::vector<std::string> arguments) = 0;
 };
@@ -73,8 +68,8 @@ class Bundle {
     virtual ~Bundle() = default;
     /// The bundle's top directory, absolute.
     virtual std::string bundlePath() const = 0;
-    /// The full path of the resource file `name`.`type`, or nothing when the
-    /// bundle holds no such file at this moment.
+    /// The full path of the resource file `name`.`type`; nothing if the bundle does not
+    /// have it now.
     virtual std::optional<std::string> pathForResource(std::string_view name,
                                                        std::string_view type) const = 0;
 };
@@ -82,14 +77,13 @@ class Bundle {
 class FileSystem {
   public:
     virtual ~FileSystem() = default;
-    /// Whether a file stands there that the current user may execute; a directory
-    /// does not count.
+    /// Whether `path` is a file, not a directory, that the current user may execute.
     virtual bool isExecutableFile(const std::string& path) const = 0;
     virtual std::string currentDirectoryPath() const = 0;
-    /// In bytes; 0 when it cannot be asked for.
+    /// In bytes; 0 if it cannot be determined.
     virtual std::uint64_t fileSize(const std::string& path) const = 0;
-    /// The first `limit` bytes of the file, fewer when it is shorter; empty when it
-    /// cannot be read or is no regular file. Never blocks on a pipe or device.
+    /// The first `limit` bytes of the file, or all of a shorter one; empty if it cannot be
+    /// read or is not a regular file. Never blocks on a pipe or device.
     virtual std::string head(const std::string& path, std::size_t limit) const = 0;
 };
 
@@ -97,15 +91,15 @@ class FileSystem {
 class UserDefaults {
   public:
     virtual ~UserDefaults() = default;
-    /// Nothing when the key was never stored.
+    /// Nothing if the key was never stored.
     virtual std::optional<std::string> string(std::string_view key) const = 0;
     virtual void setString(std::string_view key, std::string_view value) = 0;
 };
 
 enum class AlertStyle { informational, warning, critical };
 
-/// A modal question or message. Without buttons of its own it gets the platform's
-/// single one. The first button is the default (Return).
+/// A modal question or message. The first button is the default one (Return). Without
+/// buttons, the platform adds its OK button.
 struct Alert {
     AlertStyle style;
     std::string messageText;
@@ -118,7 +112,7 @@ struct Alert {
 /// A modal panel to pick one existing file.
 struct OpenPanel {
     std::string message;
-    std::string fileNameExtension; ///< only files of this type can be chosen; no dot
+    std::string fileNameExtension; ///< of the files that can be chosen, without a dot
 
     friend bool operator==(const OpenPanel&, const OpenPanel&) = default;
 };
@@ -126,23 +120,22 @@ struct OpenPanel {
 class Dialogs {
   public:
     virtual ~Dialogs() = default;
-    /// Returns when the alert is dismissed: true for its first button and for
-    /// nothing else (another button, Escape, the end of the program).
+    /// Returns when the alert is dismissed: true for its first button, false for any
+    /// other, Escape and the end of the program.
     virtual bool runAlert(const Alert& alert) = 0;
-    /// The absolute path of the chosen file, or nothing when it was cancelled.
+    /// The absolute path of the chosen file; nothing if the panel was cancelled.
     virtual std::optional<std::string> runOpenPanel(const OpenPanel& panel) = 0;
 };
 
 class Workspace {
   public:
     virtual ~Workspace() = default;
-    /// Opens the address in the user's browser; a failure is not reported.
+    /// Opens the address in the user's browser. Failures are not reported.
     virtual void openUrl(std::string_view address) = 0;
 };
 
-/// All of the above, for whoever needs the system. The references outlive it; the
-/// queue is shared, because a thread that waits for a helper may outlive the rest
-/// of the program and post to it once more.
+/// All of the above. The references must outlive it. The queue is shared: the thread of a
+/// run may post to it while the rest of the program is destroyed.
 struct System {
     std::shared_ptr<MainQueue> mainQueue;
     HelperProcesses& helperProcesses;

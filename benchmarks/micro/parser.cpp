@@ -1,46 +1,30 @@
-// The parser and the decoder, and the C library's scan doing the parser's job.
+// The parser beside the C library's scan of the same lines, and the decoder.
 #include "app/chunk_decoder.h"
 #include "app/output_parser.h"
+#include "tests/testing/run_model.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <vector>
 
 using namespace oxlade;
+using namespace oxlade::test;
 
 namespace {
 
 using Lines = std::vector<std::string>;
 
-/// What one line says, in a form that both ways can give.
-struct Answer {
-    enum class Kind { nothing, erase, write, geometry, complete } kind = Kind::nothing;
-    unsigned n = 0;
-    friend bool operator==(const Answer&, const Answer&) = default;
-};
-
-Answer answerOf(const std::optional<Report>& report) {
+LineModel ours(const std::string& line) {
+    const auto report = parseLine(line);
     if (!report) return {};
     if (const auto* erase = std::get_if<EraseReport>(&*report))
-        return {Answer::Kind::erase, erase->n};
+        return {LineModel::Kind::erase, erase->n};
     if (const auto* write = std::get_if<WriteReport>(&*report))
-        return {Answer::Kind::write, write->n};
-    if (std::holds_alternative<GeometryReport>(*report)) return {Answer::Kind::geometry};
-    return {Answer::Kind::complete};
-}
-
-Answer ours(const std::string& line) { return answerOf(parseLine(line)); }
-
-Answer cLibrarys(const std::string& line) {
-    unsigned n = 0;
-    if (std::sscanf(line.c_str(), "Erase %u%%", &n) == 1) return {Answer::Kind::erase, n};
-    if (std::sscanf(line.c_str(), "Write %u%%", &n) == 1) return {Answer::Kind::write, n};
-    if (std::strstr(line.c_str(), "Flash geometry:") != nullptr) return {Answer::Kind::geometry};
-    if (std::strstr(line.c_str(), "OS upload complete") != nullptr) return {Answer::Kind::complete};
-    return {};
+        return {LineModel::Kind::write, write->n};
+    if (std::holds_alternative<GeometryReport>(*report)) return {LineModel::Kind::geometry};
+    return {LineModel::Kind::complete};
 }
 
 Lines progressLines() {
@@ -77,10 +61,10 @@ Lines linesOf(const std::string& kind) {
     return kind == "text" ? textLines() : wholeRun();
 }
 
-/// A figure for other answers would be worth nothing.
+/// Both must do the same work.
 void requireEqualAnswers(const Lines& lines) {
     for (const auto& line : lines) {
-        if (ours(line) == cLibrarys(line)) continue;
+        if (ours(line) == scannedLine(line)) continue;
         std::fprintf(stderr, "The answers differ: %s\n", line.c_str());
         std::exit(1);
     }
@@ -97,7 +81,7 @@ void parseLines(benchmark::State& state, const std::string& kind, Parse parse) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lines.size()));
 }
 
-/// As the program gets it: cut into lines, trimmed, parsed.
+/// A chunk as the program parses it: split into lines, trimmed, parsed.
 void parseChunk(benchmark::State& state) {
     std::string chunk;
     std::int64_t lines = 0;
@@ -127,7 +111,7 @@ const auto parse = [](benchmark::State& state, const std::string& kind) {
     parseLines(state, kind, ours);
 };
 const auto scan = [](benchmark::State& state, const std::string& kind) {
-    parseLines(state, kind, cLibrarys);
+    parseLines(state, kind, scannedLine);
 };
 
 BENCHMARK_CAPTURE(parse, progress, "progress");

@@ -1,4 +1,5 @@
 #include "firmware/image_test.h"
+#include "interfaces/path_names.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -6,26 +7,27 @@
 namespace oxlade::test {
 
 namespace {
-std::string bytesWith(std::string_view signature, std::size_t offset, std::size_t size) {
-    std::string bytes(size, '\xAA');
-    return bytes.replace(offset, signature.size(), signature);
+
+std::string bytesWith(std::string_view signature, std::size_t offset, std::size_t size,
+                      char fill = '\xAA') {
+    return std::string(size, fill).replace(offset, signature.size(), signature);
 }
+
 } // namespace
 
-TEST(ImageTest, AFileOf56BytesThatEndsInTheSignaturePasses) {
-    EXPECT_EQ(testImage(bytesWith(imageSignature, 32, 56)), ImageVerdict::acceptable);
-    EXPECT_EQ(testImage(bytesWith(imageSignature, 32, 4096)), ImageVerdict::acceptable);
+TEST(ImageTest, TheSignatureAtByte32IsAllThatCounts) {
+    for (const std::size_t size : {56U, 57U, 4096U})
+        for (const char fill : {'\0', '\xFF', 'M'})
+            EXPECT_EQ(testImage(bytesWith("MPC4000 Operating System", 32, size, fill)),
+                      ImageVerdict::acceptable);
+    for (const std::size_t offset : {0U, 31U, 33U, 64U})
+        EXPECT_EQ(testImage(bytesWith(imageSignature, offset, 200)), ImageVerdict::noSignature);
 }
 
-TEST(ImageTest, AnythingShorterIsTooSmallWhateverItHolds) {
+TEST(ImageTest, AFileUnder56BytesIsTooSmallWhateverItContains) {
     for (std::size_t size = 0; size < 56; ++size)
         EXPECT_EQ(testImage(bytesWith(imageSignature, 32, 100).substr(0, size)),
                   ImageVerdict::tooSmall);
-}
-
-TEST(ImageTest, TheSignatureElsewhereDoesNotCount) {
-    for (const std::size_t offset : {0U, 31U, 33U, 64U})
-        EXPECT_EQ(testImage(bytesWith(imageSignature, offset, 200)), ImageVerdict::noSignature);
 }
 
 TEST(ImageTest, EveryByteOfTheSignatureCounts) {
@@ -34,16 +36,23 @@ TEST(ImageTest, EveryByteOfTheSignatureCounts) {
         bytes[32 + i] = static_cast<char>(bytes[32 + i] ^ 0x20);
         EXPECT_EQ(testImage(bytes), ImageVerdict::noSignature) << i;
     }
-    EXPECT_EQ(testImage(bytesWith("MPC4000 OPERATING SYSTEM", 32, 56)), ImageVerdict::noSignature);
 }
 
-TEST(ImageTest, TheBytesAroundTheSignatureDoNotCount) {
-    for (const char fill : {'\0', '\xFF', 'M'}) {
-        std::string bytes(32, fill);
-        bytes += imageSignature;
-        bytes += std::string(10, fill);
-        EXPECT_EQ(testImage(bytes), ImageVerdict::acceptable);
-    }
+TEST(PathNames, TheLastComponentIsTheNameOfTheFile) {
+    EXPECT_EQ(lastPathComponent("/a/b c.bin"), "b c.bin");
+    EXPECT_EQ(lastPathComponent("b.bin"), "b.bin");
+    EXPECT_EQ(lastPathComponent("/a/b//"), "b");
+    EXPECT_EQ(lastPathComponent("/"), "/");
+    EXPECT_EQ(lastPathComponent("//"), "/");
+    EXPECT_EQ(lastPathComponent("a"), "a");
+    EXPECT_EQ(lastPathComponent(""), "");
+}
+
+TEST(PathNames, JoiningGivesExactlyOneSlash) {
+    EXPECT_EQ(joinedPath("/a", "b"), "/a/b");
+    EXPECT_EQ(joinedPath("/a/", "b"), "/a/b");
+    EXPECT_EQ(joinedPath("/", "b"), "/b");
+    EXPECT_EQ(joinedPath("", "b"), "b");
 }
 
 } // namespace oxlade::test

@@ -1,3 +1,4 @@
+// The paths of helper and image, and the selection of the image to flash.
 #include "tests/testing/fixture.h"
 
 namespace oxlade::test {
@@ -5,11 +6,35 @@ namespace oxlade::test {
 class Selection : public ControllerTest {
   protected:
     std::string verdict(const std::string& path) {
-        std::string reason = "untouched";
+        std::string reason = "unchanged";
         const bool passed = delegate->validateFirmwareAtPath(path, &reason);
+        EXPECT_EQ(delegate->validateFirmwareAtPath(path, nullptr), passed);
         return (passed ? "passed: " : "refused: ") + reason;
     }
 };
+
+TEST_F(Selection, TheHelperOfTheBundleWinsIfItCanBeExecuted) {
+    files.files["/home/user/oxlade"].executable = true;
+    EXPECT_EQ(delegate->loaderPath(), bundledHelper);
+    files.files[bundledHelper].executable = false;
+    EXPECT_EQ(delegate->loaderPath(), "/home/user/oxlade");
+    start();
+    delegate->checkDevice();
+    EXPECT_NE(trace.take().find("process /home/user/oxlade [--info]"), std::string::npos);
+}
+
+TEST_F(Selection, ThePathsAreLookedUpAtEachCall) {
+    files.files.erase(bundledHelper);
+    for (const auto& [folder, path] : {std::pair{"/home/user", "/home/user/oxlade"},
+                                       {"/", "/oxlade"},
+                                       {"", "oxlade"}}) { // "": it was deleted
+        files.workingDirectory = folder;
+        EXPECT_EQ(delegate->loaderPath(), path);
+    }
+    EXPECT_EQ(delegate->bundledFirmwarePath(), bundledImage);
+    files.files.erase(bundledImage);
+    EXPECT_EQ(delegate->bundledFirmwarePath(), "");
+}
 
 TEST_F(Selection, AFileThatIsShortOrCannotBeReadIsTooSmall) {
     files.files["/empty"].bytes = "";
@@ -18,65 +43,53 @@ TEST_F(Selection, AFileThatIsShortOrCannotBeReadIsTooSmall) {
         EXPECT_EQ(verdict(path), "refused: The file is too small to be MPC4000 firmware.");
 }
 
-TEST_F(Selection, AFileWithoutTheSignatureSaysSoInTheLanguageOfTheCall) {
+TEST_F(Selection, TheReasonIsInTheLanguageOfTheCall) {
     files.files["/x"].bytes = std::string(56, 'x');
     EXPECT_EQ(verdict("/x"), "refused: The file has no MPC4000 Operating System signature.");
     CurrentLanguage = 1;
     EXPECT_EQ(verdict("/x"), "refused: В файле нет сигнатуры MPC4000 Operating System.");
 }
 
-TEST_F(Selection, AGoodFileLeavesTheReasonAloneWhateverItIsCalled) {
+TEST_F(Selection, AnImageMayHaveAnyName) {
     for (const auto* path : {"/a.bin", "/a", "/a.txt", "/.bin"}) {
         files.files[path].bytes = validImage();
-        EXPECT_EQ(verdict(path), "passed: untouched");
+        EXPECT_EQ(verdict(path), "passed: unchanged");
     }
 }
 
-TEST_F(Selection, TheReasonMayBeLeftOut) {
-    EXPECT_FALSE(delegate->validateFirmwareAtPath("/none", nullptr));
+TEST_F(Selection, ThePathIsStoredAndLoggedAsItIs) {
+    start();
+    const std::string path = "/a/../%@ %d//c.bin";
+    files.files[path].bytes = validImage();
+    trace.onAdd = [&](const std::string&) { EXPECT_EQ(delegate->firmwarePath(), path); };
+    delegate->selectFirmwareAtPath(path);
+    delegate->selectFirmwareAtPath(path);
+    const std::string line = "Firmware selected: " + path + '\n';
+    EXPECT_TRUE(controls.logView.text.ends_with('\n' + line + line)) << "logged each time";
 }
 
-TEST_F(Selection, ThePathIsKeptExactlyAsItWasGiven) {
+TEST_F(Selection, ARefusedFileChangesNothing) {
+    files.files["/short"].bytes = "short";
+    dialogs.chosenFile = "/short";
     start();
-    files.files["/a/../b//c.bin"].bytes = validImage();
-    delegate->selectFirmwareAtPath("/a/../b//c.bin");
-    EXPECT_EQ(delegate->firmwarePath(), "/a/../b//c.bin");
-}
-
-TEST_F(Selection, ARefusedFileLeavesTheOneBefore) {
-    start();
-    delegate->selectFirmwareAtPath("/none");
+    delegate->chooseFirmware();
+    EXPECT_EQ(trace.take(), R"(open panel "Choose an OS file for the MPC4000" *.bin
+warning alert "This does not look like MPC4000 firmware" / "The file is too small to be MPC4000 firmware."
+)");
     EXPECT_EQ(delegate->firmwarePath(), bundledImage);
-    EXPECT_EQ(controls.firmwareLabel.text, "mpcv171.bin  ·  3.0 MB");
-}
-
-TEST_F(Selection, TheSameFileAgainRepeatsTheLogLine) {
-    start();
-    delegate->useBundledFirmware();
-    const auto line = "Firmware selected: " + bundledImage + '\n';
-    EXPECT_EQ(controls.logView.text, "Oxlade started.\n" + line + line);
-}
-
-TEST_F(Selection, BundledDoesNothingWithoutAShippedImage) {
-    files.files.erase(bundledImage);
-    start();
-    delegate->useBundledFirmware();
-    EXPECT_EQ(trace.take(), "");
-    EXPECT_EQ(controls.firmwareLabel.text, "No bundled firmware. Choose a .bin file.");
 }
 
 TEST_F(Selection, CancellingThePanelChangesNothing) {
     start();
-    dialogs.chosenFile = std::nullopt;
     delegate->chooseFirmware();
     EXPECT_EQ(trace.take(), "open panel \"Choose an OS file for the MPC4000\" *.bin\n");
 }
 
-TEST_F(Selection, APathThatLooksLikeATemplateIsLoggedAsItIs) {
+TEST_F(Selection, BundledWithoutAShippedImageDoesNothing) {
+    files.files.erase(bundledImage);
     start();
-    files.files["/%@ %d %n.bin"].bytes = validImage();
-    delegate->selectFirmwareAtPath("/%@ %d %n.bin");
-    EXPECT_TRUE(controls.logView.text.ends_with("Firmware selected: /%@ %d %n.bin\n"));
+    delegate->useBundledFirmware();
+    EXPECT_EQ(trace.take(), "");
 }
 
 } // namespace oxlade::test

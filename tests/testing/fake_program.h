@@ -1,4 +1,4 @@
-// The controller among fakes: a whole program that shows nothing and starts nothing.
+// The controller with fakes for the system and the window.
 #pragma once
 
 #include "app/app_delegate.h"
@@ -10,7 +10,7 @@
 
 namespace oxlade::test {
 
-/// Not started yet; its bundle holds a helper and an image, a valid one of 3 MiB.
+/// Not started yet. The bundle has a helper and `image`, by default a valid one of 3 MiB.
 struct FakeProgram {
     explicit FakeProgram(std::string image = validImage(3'145'728)) {
         files.files[bundledHelper] = {"", true};
@@ -18,6 +18,7 @@ struct FakeProgram {
     }
 
     std::shared_ptr<FakeProcess> helper() { return processes.last.lock(); }
+    /// The helper prints, or exits, and the main queue runs.
     void print(std::string_view bytes) {
         helper()->print(bytes);
         queue->run();

@@ -1,4 +1,4 @@
-// A fake program for a test to play with.
+// A GoogleTest fixture with the controller among fakes.
 #pragma once
 
 #include "i18n/string_table.h"
@@ -13,12 +13,12 @@ class ControllerTest : public ::testing::Test, protected FakeProgram {
     ControllerTest() { CurrentLanguage = 0; }
     ~ControllerTest() override { CurrentLanguage = 0; }
 
-    /// Starts the program and forgets what that did.
+    /// Starts the program and clears the trace.
     void start() {
         delegate->applicationDidFinishLaunching();
         trace.take();
     }
-    /// Starts it and checks the device with success.
+    /// The same, and a device check that succeeds.
     void startReady() {
         start();
         delegate->checkDevice();

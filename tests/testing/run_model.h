@@ -1,23 +1,50 @@
-// What a run should leave behind, by the rules in the plainest words: the C library
-// scans the numbers, and every line is cut, trimmed and looked at one by one. It shares
-// no code with the program: a fault there must not be here as well.
+// A model of the output of a run, independent of the program: the C library scans the
+// numbers, and every line is split off, trimmed and tested by itself.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace oxlade::test {
+
+/// What one trimmed line reports.
+struct LineModel {
+    enum class Kind { nothing, erase, write, geometry, complete } kind = Kind::nothing;
+    std::uint32_t n = 0;
+    friend bool operator==(const LineModel&, const LineModel&) = default;
+};
+
+/// By the C library's scan, which leaves open what it makes of a number over 32 bits.
+inline LineModel scannedLine(const std::string& line) {
+    std::uint32_t n = 0;
+    if (std::sscanf(line.c_str(), "Erase %u%%", &n) == 1) return {LineModel::Kind::erase, n};
+    if (std::sscanf(line.c_str(), "Write %u%%", &n) == 1) return {LineModel::Kind::write, n};
+    if (line.find("Flash geometry:") != std::string::npos) return {LineModel::Kind::geometry};
+    if (line.find("OS upload complete") != std::string::npos) return {LineModel::Kind::complete};
+    return {};
+}
+
+/// The same, with 2^32 - 1 for a number over 32 bits.
+inline LineModel lineModel(const std::string& line) {
+    auto model = scannedLine(line);
+    const auto digits = std::min(line.find_first_of("0123456789"), line.size());
+    const bool isNumber =
+        model.kind == LineModel::Kind::erase || model.kind == LineModel::Kind::write;
+    if (isNumber && std::strtoull(line.c_str() + digits, nullptr, 10) > UINT32_MAX)
+        model.n = UINT32_MAX;
+    return model;
+}
 
 struct RunModel {
     double bar = 0;
     std::string key = "op.flashing", geometry, log;
     int percent = 0;
 
-    /// One chunk of bytes as it was read.
+    /// Takes one chunk of bytes as it was read.
     void take(std::string_view bytes) {
         auto chunk = isText(bytes) ? std::string{bytes} : latin1(bytes);
         std::replace(chunk.begin(), chunk.end(), '\r', '\n');
@@ -27,7 +54,7 @@ struct RunModel {
                 chunk.replace(at, std::string_view{newline}.size(), "\n");
         for (std::size_t at = 0; at <= chunk.size();) {
             const auto end = std::min(chunk.find('\n', at), chunk.size());
-            line(chunk.substr(at, end - at));
+            takeLine(trimmed(chunk.substr(at, end - at)));
             at = end + 1;
         }
     }
@@ -63,42 +90,26 @@ struct RunModel {
         return text;
     }
     static std::string trimmed(std::string text) {
-        static const std::vector<std::string> blanks{
-            " ",      "\t",     "\u00A0", "\u1680", "\u2000", "\u2001",
-            "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007",
-            "\u2008", "\u2009", "\u200A", "\u202F", "\u205F", "\u3000"};
         for (bool again = true; again;) {
             again = false;
-            for (const auto& blank : blanks) {
+            for (const std::string blank :
+                 {" ", "\t", "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004",
+                  "\u2005", "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u202F", "\u205F",
+                  "\u3000"}) {
                 if (text.starts_with(blank)) text.erase(0, blank.size()), again = true;
                 if (text.ends_with(blank)) text.erase(text.size() - blank.size()), again = true;
             }
         }
         return text;
     }
-    /// As the library reads it, but for numbers over 32 bits, which it leaves open.
-    static bool scan(const std::string& text, const char* format, std::uint32_t& n) {
-        if (std::sscanf(text.c_str(), format, &n) != 1) return false;
-        std::uint64_t number = 0;
-        for (auto at = text.find_first_of("0123456789"); at < text.size(); ++at) {
-            if (text[at] < '0' || text[at] > '9') break;
-            number =
-                std::min<std::uint64_t>(number * 10 + std::uint64_t(text[at] - '0'), 1ULL << 40U);
-        }
-        if (number > UINT32_MAX) n = UINT32_MAX;
-        return true;
-    }
-    void line(const std::string& untrimmed) {
-        const auto text = trimmed(untrimmed);
-        std::uint32_t n = 0;
-        if (scan(text, "Erase %u%%", n))
-            set(std::min(n * 0.5, 50.0), "op.erase", static_cast<int>(std::min(n, 100U)));
-        else if (scan(text, "Write %u%%", n))
-            set(50 + std::min(n * 0.5, 50.0), "op.write", static_cast<int>(std::min(n, 100U)));
-        else if (text.find("Flash geometry:") != std::string::npos)
-            geometry = text;
-        else if (text.find("OS upload complete") != std::string::npos)
-            set(100, "op.done", -1);
+    void takeLine(const std::string& line) {
+        const auto [kind, n] = lineModel(line);
+        const double half = std::min(n * 0.5, 50.0);
+        const int shown = static_cast<int>(std::min(n, 100U));
+        if (kind == LineModel::Kind::erase) set(half, "op.erase", shown);
+        if (kind == LineModel::Kind::write) set(50 + half, "op.write", shown);
+        if (kind == LineModel::Kind::complete) set(100, "op.done", -1);
+        if (kind == LineModel::Kind::geometry) geometry = line;
     }
     void set(double newBar, const char* newKey, int newPercent) {
         bar = newBar;

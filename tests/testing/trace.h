@@ -1,29 +1,29 @@
-// What happened, in order, one line each.
+// A log of what the fakes were told, one line for each event.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 namespace oxlade::test {
 
 class Trace {
   public:
-    void add(std::string line) { lines_.push_back(std::move(line)); }
-
-    /// Everything since the last call, a line feed after each line.
-    std::string take() {
-        std::string text;
-        for (const auto& line : lines_) text += line + '\n';
-        lines_.clear();
-        return text;
+    void add(const std::string& line) {
+        if (onAdd) onAdd(line);
+        text_ += line + '\n';
     }
+    /// All lines since the last call.
+    std::string take() { return std::exchange(text_, {}); }
+
+    std::function<void(const std::string& line)> onAdd; ///< called before each line is added
 
   private:
-    std::vector<std::string> lines_;
+    std::string text_;
 };
 
-/// In quotation marks, line feeds and the like made visible.
+/// `text` in quotation marks, with line feeds and carriage returns escaped.
 inline std::string inQuotes(std::string_view text) {
     std::string result{"\""};
     for (const char c : text) {
@@ -37,10 +37,10 @@ inline std::string inQuotes(std::string_view text) {
     return result + '"';
 }
 
-/// A number as a person would write it: 15.5, 100.
+/// The shortest notation, such as 15.5 or 100.
 inline std::string number(double value) {
     auto text = std::to_string(value);
-    while (text.ends_with('0')) text.pop_back();
+    text.erase(text.find_last_not_of('0') + 1);
     if (text.ends_with('.')) text.pop_back();
     return text;
 }

@@ -1,0 +1,245 @@
+"""Mutation testing: makes each mutant in a copy of the tree, builds the unit tests that
+concern it without optimisation, runs them and prints what became of it.
+
+A mutant is killed when a test fails, crashes, or uses up its time. One that does not
+compile is killed by the compiler.
+"""
+import argparse
+import collections
+import ctypes
+import json
+import multiprocessing
+import os
+import pathlib
+import queue
+import random
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+import mutants  # noqa: E402
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+SOURCES = {'.h', '.cpp'}
+# The test executables that can kill a mutant of a folder, the quickest first.
+TESTS = {
+    'app': ['controller_test'],
+    'firmware': ['controller_test'],
+    'i18n': ['controller_test'],
+    'interfaces': ['controller_test'],
+    'keeper': ['platform_keeper_test', 'platform_sleep_lock_test'],
+    'platform': ['platform_helper_run_test', 'platform_keeper_test'],
+}
+CPU_SECONDS = 20  # of one test executable; what loops for ever ends there, however busy the machine
+WALL_SECONDS = 120  # what waits for ever ends there
+MEMORY_BYTES = 4 << 30
+
+
+def arguments():
+    parser = argparse.ArgumentParser(prog='scripts/mutate', description=__doc__)
+    parser.add_argument('paths', nargs='*', default=['app', 'firmware', 'i18n'],
+                        help='folders or files (default: app firmware i18n)')
+    parser.add_argument('--list', action='store_true', help='print the mutants, run nothing')
+    parser.add_argument('--only', metavar='FILE:LINE', help='only the mutants of one line')
+    parser.add_argument('--tests', metavar='TARGET', nargs='+',
+                        help='the test executables to run, instead of those of the folder')
+    parser.add_argument('--jobs', type=int, default=2, help='mutants at a time (default: 2)')
+    parser.add_argument('--sample', type=int, metavar='N', help='only N mutants, chosen at random')
+    parser.add_argument('--seed', type=int, default=1, help='of the choice (default: 1)')
+    return parser.parse_args()
+
+
+def sources(paths):
+    for path in map(pathlib.Path, paths):
+        if path.is_dir():
+            # The entry point is left out: no unit test links it.
+            yield from sorted(str(f) for f in path.iterdir()
+                              if f.suffix in SOURCES and f.name != 'main.cpp')
+        elif path.is_file():
+            yield str(path)
+        else:
+            sys.exit(f'no such file or folder: {path}')
+
+
+def chosen(options):
+    if options.only:
+        file, line = options.only.rsplit(':', 1)
+        return [m for m in mutants.of_file(file) if m.line == int(line)]
+    found = [m for file in sources(options.paths) for m in mutants.of_file(file)]
+    if options.sample and options.sample < len(found):
+        picked = set(random.Random(options.seed).sample(range(len(found)), options.sample))
+        found = [m for i, m in enumerate(found) if i in picked]
+    return found
+
+
+def limit():
+    os.setsid()
+    resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+
+
+class Tree:
+    """A copy of the sources with a build of its own."""
+
+    def __init__(self, folder, targets, tests):
+        self.folder, self.tests = folder, tests
+        self.build = folder / 'build'
+        names = subprocess.run(['git', 'ls-files', '-z', '--cached', '--others',
+                                '--exclude-standard'], check=True, capture_output=True).stdout
+        for name in filter(None, names.decode().split('\0')):
+            if not os.path.exists(name):
+                continue
+            copy = folder / name
+            copy.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy2(name, copy)
+        # The copies differ by their path alone: ccache, if it is used, builds one of them.
+        self.environment = {**os.environ, 'CCACHE_BASEDIR': str(folder), 'LC_ALL': 'C.UTF-8'}
+        self.call(['cmake', '-S', folder, '-B', self.build, '-G', 'Ninja',
+                   '-DCMAKE_BUILD_TYPE=None', '-DCMAKE_CXX_FLAGS=-O0 -w'])
+        if not self.compiles(targets):
+            sys.exit('the unchanged tree does not build')
+        self.environment['CCACHE_DISABLE'] = '1'
+        ninja = subprocess.run(['ninja', '-C', self.build, '-t', 'targets', 'all'],
+                               capture_output=True, text=True, check=True).stdout
+        self.programs = {name: self.build / match[1] for name in targets
+                         if (match := re.search(rf'^(\S*\b{name}): CXX_EXECUTABLE', ninja, re.M))}
+
+    def call(self, command):
+        subprocess.run(command, check=True, env=self.environment, stdout=subprocess.DEVNULL)
+
+    def compiles(self, targets):
+        return subprocess.run(['ninja', '-C', self.build, *targets], env=self.environment,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+    def first_failure(self, target):
+        """The name of the first test that fails, or None."""
+        with tempfile.TemporaryFile('w+') as output:
+            process = subprocess.Popen([self.programs[target], '--gtest_fail_fast'], stdout=output,
+                                       stderr=subprocess.STDOUT, preexec_fn=limit, cwd=self.build,
+                                       env=self.environment)
+            try:
+                status = process.wait(WALL_SECONDS)
+            except subprocess.TimeoutExpired:
+                status = -signal.SIGXCPU
+            end_group(process.pid)
+            process.wait()
+            end_children()
+            output.seek(0)
+            text = output.read()
+        if status == 0:
+            return None
+        failed = re.search(r'^\[  FAILED  \] (\S+?)[, ]', text, re.M)
+        started = re.findall(r'^\[ RUN      \] (\S+)', text, re.M)
+        name = failed[1] if failed else started[-1] if started else target
+        if status in (-signal.SIGXCPU, -signal.SIGKILL):
+            return name + ' (does not end)'
+        return name
+
+    def verdict(self, mutant):
+        targets = self.tests or TESTS[mutant.file.split('/')[0]]
+        path = self.folder / mutant.file
+        original = path.read_bytes()
+        path.write_bytes(mutant.applied(original))
+        try:
+            for target in targets:
+                if not self.compiles([target]):
+                    return 'does not compile'
+                name = self.first_failure(target)
+                if name:
+                    return 'killed by ' + name
+            return 'SURVIVED'
+        finally:
+            path.write_bytes(original)
+
+
+def end_group(group):
+    try:
+        os.killpg(group, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+
+
+def end_children():
+    """Ends what a test left behind; this process adopts it."""
+    children = pathlib.Path(f'/proc/self/task/{os.getpid()}/children')
+    while left := children.read_text().split():
+        for child in left:
+            os.kill(int(child), signal.SIGKILL)
+            os.waitpid(int(child), 0)
+
+
+def work(folder, targets, tests, todo, results, building):
+    PR_SET_CHILD_SUBREAPER = 36
+    ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+    with building:
+        tree = Tree(folder, targets, tests)
+    for target in targets:
+        if name := tree.first_failure(target):
+            sys.exit(f'{name} fails on the unchanged tree')
+    for index, mutant in iter(todo.get, None):
+        results.put((index, tree.verdict(mutant)))
+
+
+def run(found, options):
+    """Yields the verdict on each mutant, in their order, as soon as it is known."""
+    targets = options.tests or list(dict.fromkeys(
+        test for m in found for test in TESTS.get(m.file.split('/')[0], [])))
+    if not targets:
+        sys.exit('no test executable is known for these; name them with --tests')
+    todo, results = multiprocessing.Queue(), multiprocessing.Queue()
+    for numbered in enumerate(found):
+        todo.put(numbered)
+    building = multiprocessing.Lock()
+    verdicts = {}
+    next_index = 0
+    with tempfile.TemporaryDirectory(prefix='mutate-') as folder:
+        workers = []
+        for number in range(options.jobs):
+            todo.put(None)
+            copy = pathlib.Path(folder) / str(number)
+            workers.append(multiprocessing.Process(
+                target=work, args=(copy, targets, options.tests, todo, results, building),
+                daemon=True))
+            workers[-1].start()
+        while next_index < len(found):
+            try:
+                index, verdict = results.get(timeout=1)
+            except queue.Empty:
+                if any(w.exitcode for w in workers):
+                    sys.exit('a worker failed; see above')
+                continue
+            verdicts[index] = verdict
+            while next_index in verdicts:
+                yield verdicts[next_index]
+                next_index += 1
+        for worker in workers:
+            worker.join()
+
+
+def main():
+    options = arguments()
+    found = chosen(options)
+    if options.list:
+        for mutant in found:
+            print(f'{mutant.file}:{mutant.line}  {mutant.what}')
+        return
+    if not found:
+        sys.exit('no mutants there')
+    begin = time.monotonic()
+    counts = collections.Counter()
+    for mutant, verdict in zip(found, run(found, options)):
+        counts[verdict.split()[0]] += 1
+        print(f'{mutant.file}:{mutant.line}  {mutant.what}  {verdict}', flush=True)
+    compiled = len(found) - counts['does']
+    print(f'{len(found)} mutants, {compiled} compile: {counts["killed"]} killed, '
+          f'{counts["SURVIVED"]} survived; {time.monotonic() - begin:.0f} s')
+
+
+main()
