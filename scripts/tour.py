@@ -81,7 +81,12 @@ class Tour:
     def picture(self, program: Program, state: str) -> None:
         if state not in self.wanted:
             return
-        program.screen.settled_picture(self.file(state), program.window)
+        before = b""
+        for _ in range(12):  # painting lags behind the state; an animation never settles
+            now = program.screen.picture(self.file(state), program.window).read_bytes()
+            if now == before:
+                break
+            before = now
         print(self.file(state), flush=True)
 
     def a_good_run(self) -> None:

@@ -91,19 +91,14 @@ class AccessibilityTest(EndToEndCase):
         program.switch_language("RU")
         self.assertEqual(caption(), 1)
 
-    def test_the_log_is_told_and_read_as_it_is_and_cannot_be_edited(self) -> None:
-        program = self.start("speed=max,nul,long-line=10000")
+    def test_what_is_added_to_the_log_is_told_and_the_log_cannot_be_edited(self) -> None:
+        program = self.start("speed=max,nul")
         said: list[str] = []
         self.world.accessibility.listen(TEXT_ADDED, lambda _, text: said.append(str(text)))
         program.check()
         wait_until(lambda: EN.exited.format(0) in "".join(said), "the exit status to be told")
         self.assertIn("zero \u2400 bell", "".join(said))  # a NUL would end the text
         log, text = program.log_view, program.log()
-        (line,) = [line for line in text.split("\n") if len(line) == 10_000]
-        self.assertEqual(log.text_length(), len(text))
-        for place in (3_990, 7_995):  # across the view's own line breaks
-            start = text.index(line) + place
-            self.assertEqual(log.text(start, start + 20), line[place:place + 20])
         self.assertFalse(log.has_state("editable"))
         with suppress(Gone):  # Qt may refuse or ignore it
             log.set_text("something else")

@@ -1,5 +1,5 @@
-"""What stands in the bundle for what a packager chose, in one build folder after
-another choice as well as in a new one.
+"""The content of the bundle for what a packager configured, in a new build folder and in
+one that was configured differently before.
 """
 import os
 import subprocess
@@ -31,7 +31,7 @@ class PackagingTest(unittest.TestCase):
         cls.image_file.chmod(0o600)
 
     def configure(self, **chosen: object) -> "subprocess.CompletedProcess[str]":
-        """What is not chosen is as a fresh clone has it."""
+        """Variables that are not given have the values of a fresh clone."""
         variables = {"OXLADE_HELPER": "", "OXLADE_FIRMWARE": "",
                      "OXLADE_WEBSITE": "https://oxlade.example/", "OXLADE_BUILD_TESTS": "OFF",
                      "OXLADE_BUILD_BENCHMARKS": "OFF", "CMAKE_BUILD_TYPE": "Debug",
@@ -63,7 +63,7 @@ class PackagingTest(unittest.TestCase):
         return self.contents / "MacOS" / "oxlade"
 
     def files(self) -> set[str]:
-        """What stands in the bundle, hidden files included, all but the program."""
+        """The files of the bundle, hidden ones included, without the program."""
         found = {str(each.relative_to(self.contents))
                  for each in self.contents.rglob("*") if not each.is_dir()}
         return found - {"Info.plist", "MacOS/oxlade-app"}
@@ -107,7 +107,7 @@ class PackagingTest(unittest.TestCase):
         with self.subTest(**chosen):
             result = self.configure(**chosen)
             self.assertNotEqual(result.returncode, 0)
-            # It comes in lines of the tool's own choice.
+            # CMake breaks lines.
             self.assertIn(message, " ".join(result.stdout.split()))
 
     def test_the_author_s_website_is_the_packager_s_choice(self) -> None:

@@ -7,10 +7,8 @@ from __future__ import annotations
 
 import os
 import select
-import socket
 import threading
 from collections.abc import Callable
-from pathlib import Path
 
 import gi
 
@@ -165,19 +163,3 @@ class LoginManager(_Service):
         lock = Lock(arguments)
         self.locks.append(lock)
         return lambda: lock.give(invocation)
-
-
-class SilentBus:
-    """A bus that accepts connections and never sends anything."""
-
-    def __init__(self, path: Path) -> None:
-        self.address = f"unix:path={path}"
-        self.connections: list[socket.socket] = []
-        self._socket = socket.socket(socket.AF_UNIX)
-        self._socket.bind(str(path))
-        self._socket.listen()
-        threading.Thread(target=self._accept, daemon=True).start()
-
-    def _accept(self) -> None:
-        while True:
-            self.connections.append(self._socket.accept()[0])

@@ -104,16 +104,6 @@ class Screen:
                    str(file))
         return file
 
-    def settled_picture(self, file: Path, window: str) -> Path:
-        """A picture that is equal to the one before it: painting lags behind the state."""
-        before = b""
-        for _ in range(12):  # an animation never settles
-            now = self.picture(file, window).read_bytes()
-            if now == before:
-                break
-            before = now
-        return file
-
     def pixels(self, x: int, y: int, width: int, height: int) -> bytes:
         """That part of the screen: three bytes a pixel, row by row."""
         return self._crop((x, y, width, height), "-depth", "8", "rgb:-")
