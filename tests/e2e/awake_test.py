@@ -82,6 +82,7 @@ class AwakeTest(EndToEndCase):
         program = self.start_beside("speed=max," + self.sampler.at("first-line"))
         program.press(program.texts.check)
         self.sampler.wait_at("first-line")
+        program.wait_for(program.texts.checking)
         # A call that had been waited for until it timed out would not take the answer.
         wait_until(lambda: manager.locks, "the lock to be asked for")
         manager.answer_late()
