@@ -3,8 +3,8 @@
 usage: bench.py BUILD-FOLDER [--quick] [PART...]
 
 Parts: micro, windows, idle, flood, run, slowed, line, memory; all without a name.
-What is compared is run in turns, so that a change in the machine's mood strikes
-all of it. Figures in brackets are the least and the most of n runs.
+What is compared is run in turns, so that changes in the machine's load affect all of
+it. Figures in brackets are minimum and maximum of n runs.
 """
 import contextlib
 import json
@@ -15,13 +15,23 @@ import time
 from pathlib import Path
 
 sys.dont_write_bytecode = True
-sys.path.append(str(Path(__file__).resolve().parent.parent / "tests" / "e2e"))
-from driver.bundle import refuse_without_simulator  # noqa: E402
-from processes import activity, children, memory, work  # noqa: E402
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests"))
+from processors import AwakeProcessors  # noqa: E402
 from table import Table  # noqa: E402
-from world import AwakeProcessors, World  # noqa: E402
+from testing import processes  # noqa: E402
+from testing.bundle import refuse_without_simulator  # noqa: E402
+from testing.world import World  # noqa: E402
 
 MB = 1_000_000
+
+
+def plain_world(bus=False):
+    """Without a window manager; with a session bus if wanted."""
+    return World(screen="1024x768", window_manager=False, session_bus=bus)
+
+
+def with_simulator(world, words):
+    return {**world.environment, "OXLADE_SIM": words}
 
 
 class Bench:
@@ -80,13 +90,13 @@ class Bench:
 
     def watch(self, world, command, simulator=""):
         watcher = subprocess.Popen([self.program("bench_watch_window"), *command],
-                                   env=world.with_simulator(simulator), text=True,
+                                   env=with_simulator(world, simulator), text=True,
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         first = watcher.stdout.readline()
         if not first:
             raise SystemExit(f"{command[0]} shows no window")
         seen = json.loads(first)
-        seen["work"] = work(seen["pid"]) * 1000
+        seen["work"] = processes.work(seen["pid"]) * 1000
         return watcher, {**seen, **json.loads(watcher.stdout.readline())}
 
     @staticmethod
@@ -113,13 +123,13 @@ class Bench:
     def compare_windows(self, bus, where, circumstances):
         self.table.head(f"From the start to the painted window, and memory then, {where}")
         seen_by_name = {}
-        with World(bus) as world, circumstances:
+        with plain_world(bus) as world, circumstances:
             contestants = self.contestants(world)
             for turn in self.turns(11, 4):
                 for name, command in contestants.items():
                     watcher, seen = self.watch(world, command)
                     if turn > 0:  # the first of each warms the caches
-                        seen.update(memory(seen["pid"]))
+                        seen.update(processes.memory(seen["pid"]))
                         seen_by_name.setdefault(name, []).append(seen)
                     self.dismiss(watcher)
 
@@ -136,7 +146,7 @@ class Bench:
                            [seen["changed"] for seen in seen_by_name["ours"]], "")
         self.table.target("memory, ours : stock", ratio("Rss", "memory, resident", "MiB"), "x",
                           most=1.25)
-        # Depends on how many other programs have the toolkit loaded at the moment.
+        # Depends on how many other programs have Qt loaded at the moment.
         self.table.row("of it proportional, ours : stock",
                        f"{ratio('Pss', 'memory, proportional', 'MiB'):.2f} x")
 
@@ -144,16 +154,16 @@ class Bench:
         seconds = 10
         self.table.head(f"Processor time and wake-ups in {seconds} s")
         for bus in (False, True):
-            with World(bus) as world:
+            with plain_world(bus) as world:
                 for name, command in self.contestants(world).items():
                     self.rest(world, name + (", session bus" if bus else ""), command, seconds)
-        with World() as world:
+        with plain_world() as world:
             self.animate(world, seconds)
 
     def rest(self, world, name, command, seconds):
         watcher, seen = self.watch(world, command)
         time.sleep(2)  # what the start left to do
-        load, wakeups = activity(seen["pid"], seconds)
+        load, wakeups = processes.activity(seen["pid"], seconds)
         self.dismiss(watcher)
         self.table.row(f"idle, {name}", f"{load:.3f} % of a core, {wakeups} wake-ups")
         if name.startswith("ours"):
@@ -164,21 +174,22 @@ class Bench:
         # The middle of the check button, counted from the window's bottom left corner.
         at = [str(seen["x"] + 672), str(seen["y"] + seen["height"] - 466)]
         subprocess.run(["xdotool", "mousemove", *at, "click", "1", "mousemove", "1000", "760"],
-                       env=world.env, check=True)
+                       env=world.environment, check=True)
         time.sleep(2)
-        if "oxlade" not in children(seen["pid"]):
+        helpers = [child for child in processes.children(seen["pid"])
+                   if processes.name(child) == "oxlade"]
+        if not helpers:
             raise SystemExit("The click on the check button has started no helper.")
-        load, wakeups = activity(seen["pid"], seconds)
-        helper = children(seen["pid"])["oxlade"]
+        load, wakeups = processes.activity(seen["pid"], seconds)
         self.table.row("animated, ours", f"{load:.3f} % of a core, {wakeups} wake-ups")
         self.table.target("animated, ours: processor time", load, "% of a core", most=1)
-        os.kill(helper, 9)
+        os.kill(helpers[0], 9)
         self.dismiss(watcher)
 
     # The way from the helper into the window
 
     def one(self, world, command, simulator):
-        out = subprocess.run(command, env=world.with_simulator(simulator), check=True,
+        out = subprocess.run(command, env=with_simulator(world, simulator), check=True,
                              stdout=subprocess.PIPE, text=True).stdout
         return json.loads(out)
 
@@ -190,7 +201,7 @@ class Bench:
         simulator = f"speed=max,flood={lines}"
         self.table.head(f"A flood of {lines:,} progress lines, until all are in the view")
         ours, usual = [], []
-        with World() as world:
+        with plain_world() as world:
             for _ in self.turns(3, 1):
                 ours.append(self.our_way(world, "check", simulator))
                 usual.append(self.one(
@@ -222,7 +233,7 @@ class Bench:
     def run(self):
         self.table.head("Gaps of the main thread in a real run, and with nothing to do")
         runs, rests = [], []
-        with World() as world:
+        with plain_world() as world:
             for _ in self.turns(5, 1):
                 runs.append(self.our_way(world, "flash"))
                 rests.append(self.our_way(world, "rest"))
@@ -245,7 +256,7 @@ class Bench:
 
     def compare_helper(self, command, simulator, what, turns):
         ours, cat = [], []
-        with World() as world:
+        with plain_world() as world:
             for turn in turns:
                 run = self.our_way(world, command, simulator, "until-exit")
                 taken = self.into_cat(world, command, simulator)
@@ -264,7 +275,7 @@ class Bench:
         cat = subprocess.Popen(["cat"], stdin=reading, stdout=subprocess.DEVNULL)
         os.close(reading)
         begin = time.monotonic()
-        helper = subprocess.Popen([self.helper, *arguments], env=world.with_simulator(simulator),
+        helper = subprocess.Popen([self.helper, *arguments], env=with_simulator(world, simulator),
                                   stdout=writing, stderr=writing,
                                   start_new_session=True)  # as Oxlade starts it
         os.close(writing)
@@ -278,7 +289,7 @@ class Bench:
     def line(self):
         size = (5 if self.quick else 50) * MB
         self.table.head(f"One line of {size // MB} MB without an end")
-        with World() as world:
+        with plain_world() as world:
             runs = [self.our_way(world, "check", f"speed=max,long-line={size}")
                     for _ in self.turns(3, 1)]
         self.table.figures("until it is in the view", [run["total_ms"] / 1000 for run in runs], "s")
@@ -290,7 +301,7 @@ class Bench:
     def memory(self):
         self.table.head("Memory of a log, in proportion to its text")
         sizes = (10, 20) if self.quick else (50, 100, 200)
-        with World() as world:
+        with plain_world() as world:
             for size in sizes:
                 run = self.our_way(world, "check", f"speed=max,flood-bytes={size * MB}")
                 grown = run["after_kb"] - run["before_kb"]

@@ -1,9 +1,9 @@
-# Which Debian packages what needs, and how they get here. Sourced by the other
-# scripts; bash.
+# The Debian packages that the other scripts need, and their installation. Bash, to be
+# sourced.
 
 build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-qpa-plugins libsystemd-dev libfontconfig-dev
                 qt6-translations-l10n fonts-inter fonts-dejavu-core)
-# A display of our own, and hands and eyes to use a window in it.
+# A virtual display and session, and what the UI test driver uses.
 display_packages=(xvfb openbox xdotool dbus at-spi2-core python3-gi
                   imagemagick x11-utils x11-xserver-utils procps)
 test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales xclip)
@@ -11,7 +11,7 @@ test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales xclip)
 check_packages=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev reuse
                 libbenchmark-dev libxcb1-dev libxcb-damage0-dev)
 
-# ensure_packages NAME...: installs those that are missing, and says so first.
+# ensure_packages NAME...: installs those that are missing, after a message.
 ensure_packages() {
     local missing=() package
     for package in "$@"; do
@@ -40,8 +40,8 @@ ensure_packages() {
     rm -f "$log"
 }
 
-# configure PRESET: only where that was not done yet. A build notices by itself when it
-# has to be done again, but for another content of the presets.
+# configure PRESET: unless that was done since CMakePresets.json changed. The build itself
+# configures anew for any other change.
 configure() {
     [ "build/$1/build.ninja" -nt CMakePresets.json ] || cmake --preset "$1" >/dev/null
 }

@@ -15,15 +15,21 @@ import time
 from pathlib import Path
 
 root = Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(root / "tests" / "e2e"))
-from driver.supervisor import supervised  # noqa: E402
-from driver.texts import EN, RU  # noqa: E402
+sys.path.insert(0, str(root / "tests"))
+from testing.bundle import Bundle  # noqa: E402
+from testing.desktop_services import Portal  # noqa: E402
+from testing.program import Program  # noqa: E402
+from testing.sampler import Sampler  # noqa: E402
+from testing.supervisor import supervised  # noqa: E402
+from testing.texts import EN, RU  # noqa: E402
+from testing.world import World  # noqa: E402
 
 STATES = ["start", "checking", "ready", "confirm", "erasing", "writing", "done-alert", "done",
           "failed-alert", "failed", "no-image", "check-failed", "invalid-image", "chooser"]
 VARIANTS = [(language, scheme) for language in ("en", "ru") for scheme in ("light", "dark")]
 # Room for the window and the window manager's frame around it.
 WIDTH, HEIGHT = 800, 700
+AT_MOST_SECONDS = 1200
 
 
 class Tour:
@@ -38,15 +44,13 @@ class Tour:
         return self.output / f"{state}-{self.language}-{self.scheme}.png"
 
     def take(self, states: list[str]) -> None:
-        from driver.portal import DARK, LIGHT, Portal
-        from driver.world import World
-        with World(screen=f"{WIDTH * self.scale}x{HEIGHT * self.scale}",
-                   window_manager=True) as world:
-            # As a choice that was made in an earlier run; no locale has to be there.
-            stored = world.config / "Oxlade" / "Oxlade.conf"
+        with World(screen=f"{WIDTH * self.scale}x{HEIGHT * self.scale}") as world:
+            # As if chosen in an earlier run, for the locale may not be installed.
+            stored = world.path("config") / "Oxlade" / "Oxlade.conf"
             stored.parent.mkdir()
             stored.write_text(f"[General]\nInterfaceLanguage={self.language}\n", encoding="utf-8")
-            Portal(world, DARK if self.scheme == "dark" else LIGHT)
+            Portal(world.environment["DBUS_SESSION_BUS_ADDRESS"],
+                   Portal.DARK if self.scheme == "dark" else Portal.LIGHT)
             self.world, self.wanted = world, states
             self.a_good_run()
             if {"failed-alert", "failed"} & set(states):
@@ -54,35 +58,35 @@ class Tour:
             if {"no-image", "check-failed", "invalid-image", "chooser"} & set(states):
                 self.nothing_there()
 
-    def start(self, behaviour: str, sampler, without_image: bool = False):
-        from driver.bundle import Bundle
-        from driver.program import Program
-        bundle = Bundle(self.original, self.world.folder / sampler.flash_file.parent.name)
+    def start(self, behaviour: str, sampler: Sampler, without_image: bool = False) -> Program:
+        bundle = Bundle(self.original, sampler.flash_file.parent)
         if without_image:
             bundle.image.unlink()
         program = Program(self.world, bundle, behaviour, self.texts, sampler=sampler,
                           environment={"QT_SCALE_FACTOR": str(self.scale)})
-        self.window = program.window()
         program.screen.point_away()
         program.wait(lambda: self.is_dressed(program), f"the window painted {self.scheme}")
         return program
 
-    def sampler(self, name: str):
-        from driver.sampler import Sampler
+    def sampler(self, name: str) -> Sampler:
         folder = self.world.path(name)
         folder.mkdir()
         return Sampler(folder)
 
-    def is_dressed(self, program) -> bool:
-        if not program.screen.is_painted(self.window):
-            return False
-        brightness = program.screen.brightness(self.window)
-        return brightness is not None and (brightness < 0.5) == (self.scheme == "dark")
+    def is_dressed(self, program: Program) -> bool:
+        """Whether the window is painted in the right scheme."""
+        return (program.screen.is_painted(program.window) and
+                (program.screen.brightness(program.window) < 0.5) == (self.scheme == "dark"))
 
-    def picture(self, program, state: str) -> None:
+    def picture(self, program: Program, state: str) -> None:
         if state not in self.wanted:
             return
-        program.screen.settled_picture(self.file(state), self.window)
+        before = b""
+        for _ in range(12):  # painting lags behind the state; an animation never settles
+            now = program.screen.picture(self.file(state), program.window).read_bytes()
+            if now == before:
+                break
+            before = now
         print(self.file(state), flush=True)
 
     def a_good_run(self) -> None:
@@ -105,13 +109,13 @@ class Tour:
             self.picture(program, "erasing")
             sampler.open("erase:62")
             program.wait_for("47%")
-            # The figure takes this long to have said it all.
+            # The animation's intro takes this long.
             program.wait(lambda: time.monotonic() > began + 2, "the whole balloon")
             self.picture(program, "writing")
             sampler.open("write:47")
             program.alert(texts.done)
             self.picture(program, "done-alert")
-            program.dismiss(texts.done)
+            program.answer(texts.done)
             self.picture(program, "done")
 
     def a_failed_run(self) -> None:
@@ -120,7 +124,7 @@ class Tour:
             program.start_flashing()
             program.alert(self.texts.flash_failed)
             self.picture(program, "failed-alert")
-            program.dismiss(self.texts.flash_failed)
+            program.answer(self.texts.flash_failed)
             self.picture(program, "failed")
 
     def nothing_there(self) -> None:
@@ -135,7 +139,7 @@ class Tour:
             program.choose(str(invalid))
             program.alert(self.texts.invalid)
             self.picture(program, "invalid-image")
-            program.dismiss(self.texts.invalid)
+            program.answer(self.texts.invalid)
             program.press(self.texts.choose)
             program.wait(program.dialogs, "the chooser")
             self.picture(program, "chooser")
@@ -186,4 +190,4 @@ def main() -> int:
     return 0
 
 
-sys.exit(supervised(main))
+sys.exit(supervised(main, AT_MOST_SECONDS))

@@ -1,69 +1,86 @@
-"""What the user asked of all programs on the desktop: dark or light, less motion."""
+"""What the user set for all programs of the desktop: dark or light, less motion."""
 import time
 
 from case import EndToEndCase
-from driver.figure import FULL_BALLOON, frame_seen
-from driver.portal import DARK, LIGHT, NO_PREFERENCE, Portal
-from driver.program import Program
-from driver.waiting import wait_until
-from driver.world import World
-
-STILL_SECONDS = 0.75  # more than two frames of the animation
+from testing.desktop_services import Portal
+from testing.program import Program
+from testing.waiting import wait_until
 
 
 class DesktopTest(EndToEndCase):
 
-    def setUp(self) -> None:
-        # A desktop for each: what one of them says is no other's business.
-        self.world = World(window_manager=True)
-        self.addCleanup(self.world.end)
-        super().setUp()
+    def portal(self, *settings: int, silent: bool = False) -> Portal:
+        """To be made before the program starts."""
+        portal = Portal(self.world.environment["DBUS_SESSION_BUS_ADDRESS"], *settings,
+                        silent=silent)
+        self.addCleanup(portal.close)
+        return portal
 
-    @classmethod
-    def setUpClass(cls) -> None:
-        pass
+    def wait_until_dark(self, program: Program, dark: bool = True) -> None:
+        wait_until(lambda: (program.screen.brightness(program.window) < 0.3) == dark
+                   and (program.screen.brightness(program.window) > 0.7) != dark,
+                   f"a {'dark' if dark else 'light'} window",
+                   lambda: str(program.screen.brightness(program.window)))
 
-    def ground(self, program: Program) -> float:
-        return program.screen.brightness(program.window()) or 0.5
+    def figure(self, program: Program) -> bytes:
+        """The pixels of the figure, without the corners of its view, which follow the scheme."""
+        x, y, width, height = program.area_of(program.find("space"))
+        return program.screen.pixels(x + 20, y + 20, width - 40, height - 40)
 
-    def wait_until_dark(self, program: Program) -> None:
-        wait_until(lambda: self.ground(program) < 0.3, "a dark window", 10,
-                   lambda: str(self.ground(program)))
+    def wait_until_moving(self, program: Program) -> None:
+        """At least four pictures, one after the other."""
+        for _ in range(3):
+            before = self.figure(program)
+            wait_until(lambda: self.figure(program) != before, "the figure to move")
 
-    def wait_until_light(self, program: Program) -> None:
-        wait_until(lambda: self.ground(program) > 0.7, "a light window", 10,
-                   lambda: str(self.ground(program)))
-
-    def test_the_window_is_dark_on_a_dark_desktop(self) -> None:
-        Portal(self.world, DARK)
-        self.wait_until_dark(self.start())
-
-    def test_the_window_is_light_on_a_light_desktop(self) -> None:
-        Portal(self.world, LIGHT)
-        self.wait_until_light(self.start())
-
-    def test_an_open_window_follows_the_desktop_there_and_back(self) -> None:
-        portal = Portal(self.world, LIGHT)
+    def test_the_window_is_as_dark_as_the_desktop_and_follows_it(self) -> None:
+        portal = self.portal(Portal.DARK)
         program = self.start("speed=max," + self.sampler.at("write:50"))
-        window = program.window()
-        self.wait_until_light(program)
-        portal.set(scheme=DARK)
         self.wait_until_dark(program)
+        portal.change(Portal.LIGHT)
+        self.wait_until_dark(program, False)
         program.check()
         program.start_flashing()
         self.sampler.wait_at("write:50")
-        portal.set(scheme=LIGHT)
-        self.wait_until_light(program)
-        portal.set(scheme=DARK)
+        portal.change(Portal.DARK)
         self.wait_until_dark(program)
-        portal.set(scheme=NO_PREFERENCE)
-        self.wait_until_light(program)
-        self.sampler.open("write:50")
-        program.dismiss(program.texts.done)
-        self.assertEqual(program.window(), window)
+        portal.change(Portal.NO_PREFERENCE)
+        self.wait_until_dark(program, False)
+
+    def test_a_portal_that_answers_late_does_not_delay_the_start(self) -> None:
+        portal = self.portal(Portal.DARK, silent=True)
+        program = self.start()
+        # A call that had been waited for until it timed out would not take the answer.
+        portal.answer_late()
+        self.wait_until_dark(program)
+
+    def test_a_silent_portal_does_not_keep_the_figure_from_moving(self) -> None:
+        self.portal(silent=True)
+        program = self.start("speed=max," + self.sampler.at("first-line"))
+        self.begin_run(program)
+        self.wait_until_moving(program)
+        self.end_run(program)
+
+    def test_a_change_of_motion_counts_at_the_next_run(self) -> None:
+        portal = self.portal(Portal.NO_PREFERENCE, False)
+        program = self.start("speed=max," + self.sampler.at("first-line"))
+        idle = self.figure(program)
+        self.begin_run(program)
+        self.wait_until_moving(program)
+        portal.change(Portal.DARK, True)
+        self.wait_until_dark(program)  # so the other change has arrived, too
+        self.wait_until_moving(program)
+        self.end_run(program)
+        wait_until(lambda: self.figure(program) == idle, "the idle figure")
+        self.begin_run(program)
+        wait_until(lambda: self.figure(program) != idle, "the still figure")
+        still = self.figure(program)
+        end = time.monotonic() + 1  # a moving one would change after 0.3 s
+        while time.monotonic() < end:
+            self.assertEqual(self.figure(program), still)
+        self.end_run(program)
 
     def begin_run(self, program: Program) -> None:
-        """A check that stays at its first line."""
         self.sampler.shut("first-line")
         program.press(program.texts.check)
         self.sampler.wait_at("first-line")
@@ -71,96 +88,3 @@ class DesktopTest(EndToEndCase):
     def end_run(self, program: Program) -> None:
         self.sampler.open("first-line")
         program.wait_for(program.texts.op_device_ready)
-        wait_until(lambda: frame_seen(program) == 0, "the idle figure")
-
-    def start_at_gate(self) -> Program:
-        return self.start("speed=max," + self.sampler.at("first-line"))
-
-    def assert_still(self, program: Program) -> None:
-        """The whole balloon, and nothing else for longer than a frame lasts."""
-        wait_until(lambda: frame_seen(program) == FULL_BALLOON, "the whole balloon", 5,
-                   lambda: str(frame_seen(program)))
-        until = time.monotonic() + STILL_SECONDS
-        while time.monotonic() < until:
-            self.assertEqual(frame_seen(program), FULL_BALLOON)
-        self.assertEqual(frame_seen(program), FULL_BALLOON)
-
-    def assert_moving(self, program: Program) -> None:
-        """Both frames of the loop, one after the other and back."""
-        for frame in (FULL_BALLOON, FULL_BALLOON + 1, FULL_BALLOON, FULL_BALLOON + 1):
-            wait_until(lambda wanted=frame: frame_seen(program) == wanted, f"frame {frame}", 10,
-                       lambda: str(frame_seen(program)))
-
-    def test_the_figure_moves_where_nobody_minds(self) -> None:
-        Portal(self.world, NO_PREFERENCE, reduced_motion=False, animations=True)
-        program = self.start_at_gate()
-        wait_until(lambda: frame_seen(program) == 0, "the idle figure")
-        self.begin_run(program)
-        self.assert_moving(program)
-        self.end_run(program)
-
-    def test_the_figure_is_still_where_motion_is_reduced(self) -> None:
-        Portal(self.world, DARK, reduced_motion=True)
-        program = self.start_at_gate()
-        self.wait_until_dark(program)  # the answers are here
-        wait_until(lambda: frame_seen(program) == 0, "the idle figure")
-        self.begin_run(program)
-        self.assert_still(program)
-        self.end_run(program)
-
-    def test_the_figure_is_still_where_gnome_has_no_animations(self) -> None:
-        Portal(self.world, DARK, animations=False)
-        program = self.start_at_gate()
-        self.wait_until_dark(program)
-        self.begin_run(program)
-        self.assert_still(program)
-        self.end_run(program)
-
-    def test_a_change_of_motion_counts_at_the_next_run(self) -> None:
-        portal = Portal(self.world, NO_PREFERENCE, reduced_motion=False)
-        program = self.start_at_gate()
-        self.begin_run(program)
-        self.assert_moving(program)
-        # Its arrival can be seen, and it was sent after the other.
-        portal.set(reduced_motion=True)
-        portal.set(scheme=DARK)
-        self.wait_until_dark(program)
-        self.assert_moving(program)
-        self.end_run(program)
-        self.begin_run(program)
-        self.assert_still(program)
-        portal.set(reduced_motion=False)
-        portal.set(scheme=LIGHT)
-        self.wait_until_light(program)
-        self.assert_still(program)
-        self.end_run(program)
-        self.begin_run(program)
-        self.assert_moving(program)
-        self.end_run(program)
-
-    def seconds_to_start(self) -> float:
-        """Until the window is there and painted; the shortest of three."""
-        best = float("inf")
-        for _ in range(3):
-            began = time.monotonic()
-            with self.start() as program:
-                wait_until(lambda: program.screen.is_painted(program.window()),
-                           "the window painted")
-                best = min(best, time.monotonic() - began)
-        return best
-
-    def test_a_portal_that_never_answers_does_not_delay_the_start(self) -> None:
-        without = self.seconds_to_start()
-        portal = Portal(self.world, silent=True)
-        silent = self.seconds_to_start()
-        self.assertGreaterEqual(len(portal.calls), 3, "it was not asked")
-        self.assertLess(silent, without + 0.5)
-
-    def test_a_portal_that_never_answers_does_not_delay_a_run(self) -> None:
-        Portal(self.world, silent=True)
-        program = self.start_at_gate()
-        began = time.monotonic()
-        self.begin_run(program)
-        self.assertLess(time.monotonic() - began, 5)
-        self.assert_moving(program)
-        self.end_run(program)

@@ -5,7 +5,7 @@ import unittest
 from pathlib import Path
 from tempfile import TemporaryDirectory
 
-from driver.bundle import Bundle
+from testing.bundle import Bundle
 
 SCRIPT = Path(__file__).resolve().parents[2] / "scripts" / "play"
 

@@ -1,84 +1,79 @@
 """The window as the window manager and the user have it."""
 import os
+import plistlib
 import re
 from pathlib import Path
 
 from case import EndToEndCase
-from driver.program import Program
-from driver.waiting import wait_until
+from testing.texts import EN
+from testing.waiting import wait_until
 
 
 class WindowTest(EndToEndCase):
-    window_manager = True
 
-    def size(self, program: Program) -> tuple[int, int]:
-        return program.screen.size(program.window())[2:]
-
-    def test_it_has_one_size_which_nothing_changes(self) -> None:
+    def test_it_has_name_version_and_one_size_in_the_middle_of_the_screen(self) -> None:
         program = self.start()
-        window = program.window()
-        wait_until(lambda: program.screen.active_window() == window, "the window active")
-        width, height = self.size(program)
+        info = plistlib.loads(self.bundle.info.read_bytes())
+        version = info["CFBundleShortVersionString"]
+        self.assertTrue(program.shows(f"v{version}  ·  by Verrin  ·"), program.labels())
+        window = program.window
+        x, y, width, height = program.screen.size(window)
         self.assertEqual(width, 760)
         self.assertGreaterEqual(height, 620)
+        self.assertAlmostEqual(x + width / 2, 1280 / 2, delta=2)
+        self.assertAlmostEqual(y + height / 2, 900 / 2, delta=25)  # with or without title bar
+        self.assertIn('"Oxlade"', program.screen.property(window, "_NET_WM_NAME"))
         hints = program.screen.property(window, "WM_NORMAL_HINTS")
-        sizes = re.findall(r"m(?:in|ax)imum size: (\d+) by (\d+)", hints)
-        self.assertEqual(sizes, [(str(width), str(height))] * 2)
-        program.screen.key("alt+F6")  # what maximises any other window
+        self.assertEqual(re.findall(r"m(?:in|ax)imum size: (\d+) by (\d+)", hints),
+                         [(str(width), str(height))] * 2)
+        program.screen.key("alt+F6")  # maximises windows that can be
         program.check()
-        self.assertEqual(self.size(program), (width, height))
+        self.assertEqual(program.screen.size(window)[2:], (width, height))
         self.assertNotIn("MAXIMIZED", program.screen.property(window, "_NET_WM_STATE"))
-        self.assertNotIn("MAXIMIZE", program.screen.property(window, "_NET_WM_ALLOWED_ACTIONS"))
-        self.assertNotIn("RESIZE", program.screen.property(window, "_NET_WM_ALLOWED_ACTIONS"))
+        for action in ("MAXIMIZE", "RESIZE"):
+            self.assertNotIn(action, program.screen.property(window, "_NET_WM_ALLOWED_ACTIONS"))
+        program.close()
+        self.assertEqual(program.wait_for_end(), 0)
+        self.wait_until_nothing_is_left()
 
     def test_it_can_be_minimised_in_mid_run_and_comes_back(self) -> None:
         program = self.start("speed=max," + self.sampler.at("erase:50"))
-        window = program.window()
         program.check()
         program.start_flashing()
         program.wait_for("50%")
-        wait_until(lambda: program.screen.active_window() == window, "the window active")
-        program.screen.key("alt+F5")
-        wait_until(lambda: "Iconic" in program.screen.property(window, "WM_STATE"), "minimised")
+        program.in_front().screen.key("alt+F5")
+        wait_until(lambda: "Iconic" in program.screen.property(program.window, "WM_STATE"),
+                   "the window to be minimised")
         self.sampler.open("erase:50")
-        program.dismiss(program.texts.done)
+        program.answer(EN.done)
         self.assert_flashed()
 
-    def test_it_starts_in_the_middle_of_the_screen_and_in_front(self) -> None:
+    def test_it_is_dragged_by_a_label_but_not_by_a_control(self) -> None:
         program = self.start()
-        window = program.window()
-        wait_until(lambda: program.screen.active_window() == window, "the window active")
-        x, y, width, height = program.screen.size(window)
-        self.assertAlmostEqual(x + width / 2, 1280 / 2, delta=2)
-        self.assertAlmostEqual(y + height / 2, 900 / 2, delta=25)  # the title bar counts or not
+        place = program.screen.size(program.window)[:2]
+        program.drag(program.find("push button", EN.check), (40, 30), moves=False)
+        # What is done later takes effect, so the first drag would have, too.
+        program.drag(program.find("label", EN.op_ready), (-30, 40))
+        moved = [now - then for now, then in zip(program.screen.size(program.window), place)]
+        self.assertLess(moved[0], 0, "it was moved by the button, too")
+        self.assertEqual(self.sampler.runs(), [])
 
-    def test_closing_it_ends_the_program(self) -> None:
-        program = self.start()
-        program.check()
-        self.close_window(program)
-        self.assertEqual(program.wait_for_end(), 0)
-        self.assert_nothing_left()
-
-    def test_it_listens_to_nobody(self) -> None:
+    def test_it_listens_on_no_socket(self) -> None:
         program = self.start()
         program.check()
         process = Path(f"/proc/{program.pid}")
         own = set()
         for descriptor in (process / "fd").iterdir():
             own |= set(re.findall(r"socket:\[(\d+)\]", os.readlink(descriptor)))
-        self.assertTrue(own, "not even the display's socket was seen")
+        self.assertTrue(own, "not even the connection to the display was seen")
         listening = set()
         for line in (process / "net/unix").read_text(encoding="utf-8").splitlines()[1:]:
             flags, inode = line.split()[3], line.split()[6]
             if int(flags, 16) & 0x10000:
                 listening.add(inode)
-        self.assertTrue(listening, "somebody listens on this computer: the display does")
+        self.assertTrue(listening, "not even the display was seen to listen")
         for table in ("tcp", "tcp6"):
             for line in (process / "net" / table).read_text(encoding="ascii").splitlines()[1:]:
                 if line.split()[3] == "0A":
                     listening.add(line.split()[9])
         self.assertEqual(own & listening, set())
-
-    def test_it_is_called_oxlade(self) -> None:
-        program = self.start()
-        self.assertIn('"Oxlade"', program.screen.property(program.window(), "_NET_WM_NAME"))

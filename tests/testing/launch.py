@@ -11,36 +11,36 @@ from typing import IO
 
 def start(command: list[str], environment: dict[str, str], directory: Path | None,
           log: IO[bytes]) -> subprocess.Popen[bytes]:
-    """With nothing to read; what it says goes into the log."""
+    """Standard input is empty; output goes into the log."""
     return subprocess.Popen(command, env=environment, cwd=directory, stdin=subprocess.DEVNULL,
                             stdout=log, stderr=log, preexec_fn=_without_core)
 
 
 def start_in_terminal(command: list[str], environment: dict[str, str],
                       directory: Path | None) -> tuple[subprocess.Popen[bytes], int]:
-    """The process, and the descriptor that is keyboard and screen of its terminal."""
-    terminal, inside = pty.openpty()
+    """The process, and the master side of its controlling terminal."""
+    master, slave = pty.openpty()
 
     def take_terminal() -> None:
         _without_core()
         os.setsid()
-        # The first terminal that a new session opens is its own.
+        # The first terminal that a session leader opens becomes its controlling one.
         os.close(os.open(os.ttyname(0), os.O_RDWR))
-        _have_a_shell()
+        _start_shell()
 
-    process = subprocess.Popen(command, env=environment, cwd=directory, stdin=inside,
-                               stdout=inside, stderr=inside, preexec_fn=take_terminal)
-    os.close(inside)
-    return process, terminal
+    process = subprocess.Popen(command, env=environment, cwd=directory, stdin=slave,
+                               stdout=slave, stderr=slave, preexec_fn=take_terminal)
+    os.close(slave)
+    return process, master
 
 
-def _have_a_shell() -> None:
-    """No key stops a group that nobody in its session could let go on, as a shell could.
-    So here is one, which only sleeps, and a child of it in our own group."""
+def _start_shell() -> None:
+    """Ctrl-Z does not stop an orphaned process group. So start a "shell" that only
+    sleeps, and a child of it in our own group."""
     group = os.getpid()
     between = os.fork()
     if between > 0:
-        os.waitpid(between, 0)  # the shell is no child of ours
+        os.waitpid(between, 0)  # the shell must not be a child of the program
         return
     try:
         if os.fork() == 0:

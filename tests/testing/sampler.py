@@ -7,20 +7,19 @@ from .waiting import wait_until
 
 
 class Sampler:
-    """The simulated sampler as a test sees it: its flash, its notes, its gate."""
+    """The simulator's files in `folder`: its flash, its trace, its gates."""
 
     def __init__(self, folder: Path) -> None:
+        self._folder = folder
         self.flash_file = folder / "flash.bin"
-        self.trace_file = folder / "trace"
-        self.gate = folder / "gate"
 
     def environment(self, behaviour: str) -> dict[str, str]:
         return {"OXLADE_SIM": behaviour, "OXLADE_SIM_FLASH": str(self.flash_file),
-                "OXLADE_SIM_TRACE": str(self.trace_file)}
+                "OXLADE_SIM_TRACE": str(self._folder / "trace")}
 
     def trace(self) -> list[str]:
         try:
-            return self.trace_file.read_text(encoding="ascii").splitlines()
+            return (self._folder / "trace").read_text(encoding="ascii").splitlines()
         except FileNotFoundError:
             return []
 
@@ -33,32 +32,30 @@ class Sampler:
         return sum(run["argv"].startswith("--firmware") for run in self.runs())
 
     def state(self) -> str:
-        """As the sampler left it: "erasing", "writing" or "whole N"."""
-        file = self.flash_file.with_name(self.flash_file.name + ".state")
+        """"erasing", "writing" or "whole N"; empty if it was never flashed."""
+        file = self.flash_file.with_name("flash.bin.state")
         return file.read_text(encoding="ascii").strip() if file.exists() else ""
 
     def holds(self, image: Path) -> bool:
-        return (self.flash_file.exists() and self.state().startswith("whole")
+        return (self.state() == f"whole {image.stat().st_size}"
                 and self.flash_file.read_bytes() == image.read_bytes())
 
-    # Gates: gate=PATH@PLACE in the behaviour
+    # Gates: at each place a run waits until the test opens it.
 
     def at(self, *places: str) -> str:
-        """The words that hold a run up at these places, all by the one gate."""
-        return ",".join(f"gate={self.gate_of(place)}@{place}" for place in places)
-
-    def gate_of(self, place: str) -> Path:
-        return self.gate.with_name(f"gate-{place.replace(':', '-')}")
+        """The words of a behaviour that hold a run at these places."""
+        return ",".join(f"gate={self._gate(place)}@{place}" for place in places)
 
     def open(self, place: str) -> None:
-        self.gate_of(place).touch()
+        self._gate(place).touch()
 
     def shut(self, place: str) -> None:
-        gate = self.gate_of(place)
-        gate.unlink(missing_ok=True)
-        gate.with_name(gate.name + ".waiting").unlink(missing_ok=True)
+        self._gate(place).unlink(missing_ok=True)
+        self._gate(place, ".waiting").unlink(missing_ok=True)
 
     def wait_at(self, place: str) -> None:
-        sign = self.gate_of(place)
-        sign = sign.with_name(sign.name + ".waiting")
-        wait_until(sign.exists, f"the helper at {place}", explain=lambda: "\n".join(self.trace()))
+        wait_until(self._gate(place, ".waiting").exists, f"the helper at {place}",
+                   lambda: "\n".join(self.trace()))
+
+    def _gate(self, place: str, suffix: str = "") -> Path:
+        return self._folder / f"gate-{place.replace(':', '-')}{suffix}"

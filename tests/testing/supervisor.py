@@ -1,7 +1,7 @@
-"""Runs something in a process of its own and leaves nothing of it behind.
+"""Runs a function in a process of its own and leaves no process and no file behind.
 
-Whatever is started below it, also what detaches itself or loses its parent, ends
-when it ends, however it ends. Temporary files go as well.
+All that is started below it, also what detaches itself or loses its parent, is killed
+when it ends, however it ends. Temporary files are removed.
 """
 import ctypes
 import os
@@ -12,37 +12,43 @@ import tempfile
 import traceback
 from collections.abc import Callable
 
-_SET_PARENT_DEATH_SIGNAL = 1
-_SET_CHILD_SUBREAPER = 36
+_PR_SET_PDEATHSIG = 1
+_PR_SET_CHILD_SUBREAPER = 36
 _libc = ctypes.CDLL(None, use_errno=True)
 
 
 def die_with_parent() -> None:
-    """In a new child: be killed as soon as its parent is gone."""
-    _libc.prctl(_SET_PARENT_DEATH_SIGNAL, signal.SIGKILL, 0, 0, 0)
+    """In a new child: get SIGKILL when the parent ends."""
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL, 0, 0, 0)
 
 
-def supervised(main: Callable[[], int]) -> int:
-    """The exit status of `main`, or 128 and the signal that ended it."""
-    if _libc.prctl(_SET_CHILD_SUBREAPER, 1, 0, 0, 0) != 0:
-        raise OSError(ctypes.get_errno(), "cannot look after the processes of others")
+def supervised(main: Callable[[], int], at_most_seconds: int) -> int:
+    """The exit status of main(), or 128 plus the signal that ended it. After that many
+    seconds main() gets a TimeoutError, to say where it hung."""
+    if _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0) != 0:
+        raise OSError(ctypes.get_errno(), "prctl(PR_SET_CHILD_SUBREAPER)")
     sys.stdout.flush()
     folder = tempfile.mkdtemp(prefix="oxlade-")
     child = os.fork()
     if child == 0:
         tempfile.tempdir = folder
-        _become(main)
+        _run(main, at_most_seconds)
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-        signal.signal(number, _end_with)
+        signal.signal(number, lambda number, _: sys.exit(128 + number))
     try:
         return _status_of(child)
     finally:
-        _end_everything()
+        _kill_children()
         shutil.rmtree(folder, ignore_errors=True)
 
 
-def _become(main: Callable[[], int]) -> None:
+def _run(main: Callable[[], int], at_most_seconds: int) -> None:
     die_with_parent()
+
+    def too_long(*_: object) -> None:
+        raise TimeoutError(f"took more than {at_most_seconds} s")
+    signal.signal(signal.SIGALRM, too_long)
+    signal.alarm(at_most_seconds)
     status = 1
     try:
         status = main()
@@ -52,20 +58,16 @@ def _become(main: Callable[[], int]) -> None:
         status = end.code if isinstance(end.code, int) else int(end.code is not None)
     except KeyboardInterrupt:
         status = 130
-    except BaseException:  # the process must end here, whatever it was
+    except BaseException:  # this process must end here in any case
         traceback.print_exc()
     sys.stdout.flush()
     sys.stderr.flush()
     os._exit(status)
 
 
-def _end_with(number: int, _frame: object) -> None:
-    sys.exit(128 + number)
-
-
 def _status_of(child: int) -> int:
     while True:
-        pid, status = os.wait()  # those of others are ours to bury
+        pid, status = os.wait()  # reaps orphans as well
         if pid == child:
             code = os.waitstatus_to_exitcode(status)
             return code if code >= 0 else 128 - code
@@ -76,8 +78,8 @@ def _children() -> list[int]:
         return [int(pid) for pid in file.read().split()]
 
 
-def _end_everything() -> None:
-    """Kills our children; their own children become ours, and go next."""
+def _kill_children() -> None:
+    """Kills our children; their own children become ours, and are killed next."""
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, signal.SIG_IGN)
     while children := _children():
