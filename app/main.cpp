@@ -11,8 +11,8 @@
 #include "platform/preferred_languages.h"
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
-#include "ui/alerts.h"
-#include "ui/font_cache.h"
+#include "ui/fonts.h"
+#include "ui/qt_dialogs.h"
 #include "ui/qt_user_interface.h"
 
 #include <QApplication>
@@ -22,7 +22,7 @@ using namespace oxlade;
 
 int main(int argc, char* argv[]) {
     readFontsAhead();
-    argc = 1; // there are no options, not even those that the toolkit would take
+    argc = 1; // there are no options, not even those that Qt would take
     QApplication application{argc, argv};
 
     StoredUserDefaults userDefaults;
@@ -47,7 +47,7 @@ int main(int argc, char* argv[]) {
         System{mainQueue, helperProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
         userInterface, websiteAddress);
     delegate->installMainMenu();
-    // By ourselves: the quit that the toolkit posts is undone by an alert that opens then.
+    // Not by Qt: an alert that opens at that time would cancel the quit that it posts.
     QApplication::setQuitOnLastWindowClosed(false);
     if (delegate->applicationShouldTerminateAfterLastWindowClosed())
         QObject::connect(&application, &QGuiApplication::lastWindowClosed,

@@ -18,6 +18,7 @@
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
 #include "ui/main_window.h"
+#include "ui/qt_log_view.h"
 #include "ui/qt_user_interface.h"
 
 #include <QApplication>
@@ -47,7 +48,7 @@ What whatOf(const char* word) {
 
 class Measurement final {
   public:
-    Measurement(AppDelegate& delegate, TimedProcesses& processes, LogTextView& log, bool untilExit)
+    Measurement(AppDelegate& delegate, TimedProcesses& processes, QtLogView& log, bool untilExit)
         : delegate_{delegate}, processes_{processes}, log_{log}, untilExit_{untilExit} {}
 
     void begin(What what) {
@@ -76,7 +77,7 @@ class Measurement final {
 
     AppDelegate& delegate_;
     TimedProcesses& processes_;
-    LogTextView& log_;
+    QtLogView& log_;
     bool untilExit_;
     FloodReport report_;
     QElapsedTimer time_;
@@ -110,7 +111,8 @@ int main(int argc, char* argv[]) {
     delegate->applicationDidFinishLaunching();
 
     auto& window = static_cast<MainWindow&>(*userInterface.window());
-    Measurement measurement{*delegate, timedProcesses, *window.content().logView, argc > 3};
+    auto& log = dynamic_cast<QtLogView&>(*window.controls().logView);
+    Measurement measurement{*delegate, timedProcesses, log, argc > 3};
     // When the window stands and is painted.
     QTimer::singleShot(500, [&] { measurement.begin(whatOf(argv[2])); });
     return QApplication::exec();

@@ -156,14 +156,15 @@ class FakeDialogs final : public Dialogs, public Workspace {
     bool runAlert(const Alert& alert) override {
         static constexpr const char* styles[] = {"informational", "warning", "critical"};
         std::string line = std::string{styles[static_cast<int>(alert.style)]} + " alert " +
-                           quoted(alert.messageText) + " / " + quoted(alert.informativeText);
+                           test::quoted(alert.messageText) + " / " +
+                           test::quoted(alert.informativeText);
         for (const auto& button : alert.buttons) line += " [" + button + ']';
         trace_.add(line);
         if (duringAlert) std::exchange(duringAlert, {})();
         return answerFirst;
     }
     std::optional<std::string> runOpenPanel(const OpenPanel& panel) override {
-        trace_.add("open panel " + quoted(panel.message) + " *." + panel.fileNameExtension);
+        trace_.add("open panel " + test::quoted(panel.message) + " *." + panel.fileNameExtension);
         return chosenFile;
     }
     void openUrl(std::string_view address) override { trace_.add("open " + std::string{address}); }
