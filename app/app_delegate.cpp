@@ -6,6 +6,23 @@
 #include <utility>
 
 namespace oxlade {
+namespace {
+
+/// The texts that depend on the language alone: a control, and its key in the string table.
+constexpr std::pair<Label * Controls::*, std::string_view> fixedLabels[] = {
+    {&Controls::subtitleLabel, "subtitle"},
+    {&Controls::deviceCaptionLabel, "device.caption"},
+    {&Controls::firmwareCaptionLabel, "firmware.caption"},
+    {&Controls::logCaptionLabel, "log.caption"},
+};
+constexpr std::pair<Button * Controls::*, std::string_view> fixedTitles[] = {
+    {&Controls::checkButton, "button.check"},
+    {&Controls::builtinButton, "button.bundled"},
+    {&Controls::chooseButton, "button.choose"},
+    {&Controls::installButton, "button.install"},
+};
+
+} // namespace
 
 AppDelegate::AppDelegate(System system, UserInterface& userInterface, std::string website)
     : system_{std::move(system)}, userInterface_{userInterface}, website_{std::move(website)} {}
@@ -14,12 +31,12 @@ void AppDelegate::applicationDidFinishLaunching() {
     // Not through setOperation, which refreshes controls.
     setOperationKey("op.ready");
     setOperationPercent(-1);
-    controls_.emplace(userInterface_.buildWindow(windowActions()));
+    controls_ = userInterface_.buildWindow(windowActions());
     appendLog(std::string{L("log.started")} + '\n');
     useBundledFirmware();
     refreshTexts();
     updateButtons();
-    controls_->window.makeKeyAndOrderFront();
+    controls_->window->makeKeyAndOrderFront();
     userInterface_.activateIgnoringOtherApps();
 }
 
@@ -37,7 +54,7 @@ WindowActions AppDelegate::windowActions() {
 void AppDelegate::installMainMenu() { userInterface_.setMainMenu(menuTree()); }
 
 void AppDelegate::languageChanged() {
-    CurrentLanguage = controls_->languageControl.selectedSegment() == 1 ? 1 : 0;
+    CurrentLanguage = controls_->languageControl->selectedSegment() == 1 ? 1 : 0;
     system_.userDefaults.setString(interfaceLanguageKey, CurrentLanguage == 1 ? "ru" : "en");
     installMainMenu();
     refreshTexts();
@@ -53,11 +70,11 @@ void AppDelegate::setOperation(std::string_view key, std::int32_t percent) {
 
 void AppDelegate::updateButtons() {
     const bool busy = currentTask_ != nullptr;
-    controls_->checkButton.setEnabled(!busy);
-    controls_->chooseButton.setEnabled(!busy);
-    controls_->builtinButton.setEnabled(!busy && !bundledFirmwarePath().empty());
-    controls_->installButton.setEnabled(!busy && deviceState_ == DeviceState::ready &&
-                                        !firmwarePath_.empty());
+    controls_->checkButton->setEnabled(!busy);
+    controls_->chooseButton->setEnabled(!busy);
+    controls_->builtinButton->setEnabled(!busy && !bundledFirmwarePath().empty());
+    controls_->installButton->setEnabled(!busy && deviceState_ == DeviceState::ready &&
+                                         !firmwarePath_.empty());
 }
 
 void AppDelegate::refreshTexts() {
@@ -76,27 +93,21 @@ void AppDelegate::refreshTexts() {
 }
 
 void AppDelegate::show(const WindowTexts& texts) {
-    auto& controls = *controls_;
-    controls.subtitleLabel.setStringValue(texts.subtitle);
-    controls.deviceCaptionLabel.setStringValue(texts.deviceCaption);
-    controls.firmwareCaptionLabel.setStringValue(texts.firmwareCaption);
-    controls.logCaptionLabel.setStringValue(texts.logCaption);
-    controls.checkButton.setTitle(texts.checkTitle);
-    controls.builtinButton.setTitle(texts.builtinTitle);
-    controls.chooseButton.setTitle(texts.chooseTitle);
-    controls.installButton.setTitle(texts.installTitle);
-    if (texts.deviceStatus) controls.deviceStatusLabel.setStringValue(*texts.deviceStatus);
-    if (texts.deviceDetail) controls.deviceDetailLabel.setStringValue(*texts.deviceDetail);
-    controls.deviceStatusDot.setBackgroundColor(texts.deviceDot);
-    controls.firmwareLabel.setStringValue(texts.firmware);
-    controls.firmwareLabel.setToolTip(texts.firmwareToolTip);
-    controls.firmwareLabel.setTextColor(texts.firmwareColor);
-    controls.operationLabel.setStringValue(texts.operation);
-    controls.percentLabel.setStringValue(texts.percent);
+    const Controls& controls = *controls_;
+    for (const auto& [label, key] : fixedLabels) (controls.*label)->setStringValue(L(key));
+    for (const auto& [button, key] : fixedTitles) (controls.*button)->setTitle(L(key));
+    if (texts.deviceStatus) controls.deviceStatusLabel->setStringValue(*texts.deviceStatus);
+    if (texts.deviceDetail) controls.deviceDetailLabel->setStringValue(*texts.deviceDetail);
+    controls.deviceStatusDot->setBackgroundColor(texts.deviceDot);
+    controls.firmwareLabel->setStringValue(texts.firmware);
+    controls.firmwareLabel->setToolTip(texts.firmwareToolTip);
+    controls.firmwareLabel->setTextColor(texts.firmwareColor);
+    controls.operationLabel->setStringValue(texts.operation);
+    controls.percentLabel->setStringValue(texts.percent);
 }
 
 void AppDelegate::appendLog(std::string_view text) {
-    if (!text.empty()) controls_->logView.append(text);
+    if (!text.empty()) controls_->logView->append(text);
 }
 
 } // namespace oxlade

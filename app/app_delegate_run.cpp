@@ -43,7 +43,7 @@ Alert closingAlert(ClosingAlert kind) {
 void AppDelegate::checkDevice() {
     if (currentTask_ != nullptr) return;
     setDeviceState(DeviceState::checking);
-    controls_->progress.setDoubleValue(0.0);
+    controls_->progress->setDoubleValue(0.0);
     setOperation("op.checking", -1);
     // deviceGeometry keeps the line of the last check until the helper prints another.
     runLoaderWithArguments({"--info"}, HelperMode{infoMode});
@@ -58,7 +58,7 @@ void AppDelegate::installFirmware() {
          std::string{L("confirm.text")},
          {std::string{L("confirm.ok")}, std::string{L("confirm.cancel")}}});
     if (!confirmed) return;
-    controls_->progress.setDoubleValue(0.0);
+    controls_->progress->setDoubleValue(0.0);
     setOperation("op.flashing", 0);
     // "--yes": the helper must not ask for confirmation as well.
     runLoaderWithArguments({"--firmware", firmwarePath_, "--yes"}, HelperMode{installMode});
@@ -90,7 +90,7 @@ void AppDelegate::runLoaderWithArguments(std::vector<std::string> arguments,
         handleTaskFinished(-1, mode);
         return;
     }
-    controls_->girlView.startWaiting();
+    controls_->girlView->startWaiting();
 }
 
 // The callbacks run on another thread: they use nothing of the controller. The jobs that
@@ -134,12 +134,12 @@ void AppDelegate::parseProgressFromText(std::string_view text) {
 }
 
 void AppDelegate::apply(const EraseReport& report) {
-    controls_->progress.setDoubleValue(halfOfBar(report.n));
+    controls_->progress->setDoubleValue(halfOfBar(report.n));
     setOperation("op.erase", percentage(report.n));
 }
 
 void AppDelegate::apply(const WriteReport& report) {
-    controls_->progress.setDoubleValue(50.0 + halfOfBar(report.n));
+    controls_->progress->setDoubleValue(50.0 + halfOfBar(report.n));
     setOperation("op.write", percentage(report.n));
 }
 
@@ -149,7 +149,7 @@ void AppDelegate::apply(const GeometryReport& report) {
 }
 
 void AppDelegate::apply(const UploadComplete&) {
-    controls_->progress.setDoubleValue(100.0);
+    controls_->progress->setDoubleValue(100.0);
     setOperation("op.done", -1);
 }
 
@@ -159,10 +159,10 @@ void AppDelegate::handleTaskFinished(std::int32_t status, const HelperMode& mode
     const bool hadProcess = currentTask_ != nullptr;
     setCurrentTask(nullptr);
     setCurrentMode({});
-    controls_->girlView.stopWaiting();
+    controls_->girlView->stopWaiting();
 
     if (outcome.deviceState) setDeviceState(*outcome.deviceState);
-    if (outcome.progress) controls_->progress.setDoubleValue(*outcome.progress);
+    if (outcome.progress) controls_->progress->setDoubleValue(*outcome.progress);
     if (outcome.operationKey) setOperation(*outcome.operationKey, -1);
     if (hadProcess) appendLog(filled(L("log.exit"), std::to_string(status)) + '\n');
     updateButtons();

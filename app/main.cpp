@@ -10,8 +10,8 @@
 #include "platform/main_queue.h"
 #include "platform/sleep_lock.h"
 #include "platform/user_environment.h"
-#include "ui/alerts.h"
-#include "ui/font_cache.h"
+#include "ui/fonts.h"
+#include "ui/qt_dialogs.h"
 #include "ui/qt_user_interface.h"
 
 #include <QApplication>

@@ -17,7 +17,7 @@ void setDeviceTexts(WindowTexts& texts, const WindowState& state) {
         texts.deviceDetail = detail;
         texts.deviceDot = dot;
     };
-    // No enumerator but these four is ours, yet any number may stand there.
+    // Any number can be stored: others than these four keep the texts.
     switch (state.deviceState) {
     case DeviceState::unknown:
         return show(L("device.unknown"), L("device.unknown.detail"),
@@ -61,14 +61,6 @@ std::string megabytes(std::uint64_t bytes) {
 
 WindowTexts windowTexts(const WindowState& state) {
     WindowTexts texts;
-    texts.subtitle = L("subtitle");
-    texts.deviceCaption = L("device.caption");
-    texts.firmwareCaption = L("firmware.caption");
-    texts.logCaption = L("log.caption");
-    texts.checkTitle = L("button.check");
-    texts.builtinTitle = L("button.bundled");
-    texts.chooseTitle = L("button.choose");
-    texts.installTitle = L("button.install");
     setDeviceTexts(texts, state);
     setFirmwareTexts(texts, state);
     texts.operation = L(state.operationKey);

@@ -1,4 +1,4 @@
-// Everything that the window and its menu bar show as text and colour, as values. Pure.
+// The window's texts and colours that depend on the state, and the menu bar, as values. Pure.
 #pragma once
 
 #include "interfaces/colors.h"
@@ -12,22 +12,20 @@
 
 namespace oxlade {
 
-/// The state that the texts are made of. Views live for the call.
+/// The state that the texts are made from. The views need to be valid during the call only.
 struct WindowState {
     DeviceState deviceState = DeviceState::unknown;
     std::string_view deviceGeometry;
     std::string_view firmwarePath;
-    std::uint64_t firmwareSize = 0;  ///< bytes; 0 when the file cannot be asked
-    bool hasBundledFirmware = false; ///< looked at only without a firmware path
+    std::uint64_t firmwareSize = 0;  ///< bytes; 0 if it is not known
+    bool hasBundledFirmware = false; ///< used only if firmwarePath is empty
     std::string_view operationKey;
     std::int32_t operationPercent = -1;
 };
 
-/// Views point into the string table or into the state's texts.
+/// The views point into the string table or into the state's texts.
 struct WindowTexts {
-    std::string_view subtitle, deviceCaption, firmwareCaption, logCaption;
-    std::string_view checkTitle, builtinTitle, chooseTitle, installTitle;
-    std::optional<std::string_view> deviceStatus, deviceDetail; ///< nothing: leave as they are
+    std::optional<std::string_view> deviceStatus, deviceDetail; ///< nullopt: leave as is
     SemanticColor deviceDot = SemanticColor::tertiaryLabelColor;
     std::string firmware;
     std::string_view firmwareToolTip;

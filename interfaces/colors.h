@@ -1,9 +1,9 @@
-// Colours by their meaning. The palette of the window gives them their value. Pure.
+// Colours by meaning; ui/palette.h gives them values. Pure.
 #pragma once
 
 namespace oxlade {
 
-/// The two appearances that a desktop can ask for.
+/// The appearance that the desktop asks for.
 enum class ColorScheme { dark, light };
 
 enum class SemanticColor {

@@ -1,9 +1,8 @@
-// The window's controls as the controller sees them: only what it does with
-// each. The real ones are widgets, those of the tests record.
+// The window's controls as the controller uses them. Implemented by widgets, and in tests by
+// fakes that record.
 //
-// Everything here belongs to the main thread. Texts are UTF-8 and plain: no
-// control reads markup in them. Setting what is set already costs next to
-// nothing and changes nothing.
+// Main thread only. Texts are UTF-8 and plain: no control reads markup in them. Setting a
+// value that is set already has no effect and costs next to nothing.
 #pragma once
 
 #include "interfaces/colors.h"
@@ -15,7 +14,8 @@ namespace oxlade {
 class Window {
   public:
     virtual ~Window() = default;
-    /// Shows the window in front of the others and gives it the keyboard.
+    /// Shows the window in front of the program's other windows. Which program is active does
+    /// not change: see UserInterface::activateIgnoringOtherApps.
     virtual void makeKeyAndOrderFront() = 0;
 };
 
@@ -55,16 +55,15 @@ class SegmentedControl {
 class ProgressIndicator {
   public:
     virtual ~ProgressIndicator() = default;
-    /// 0 to 100, fractions included; values outside are shown as the nearer end, and
-    /// what is no number as 0.
+    /// 0 to 100, fractions included; clamped to this range, and NaN is shown as 0.
     virtual void setDoubleValue(double value) = 0;
 };
 
 class LogView {
   public:
     virtual ~LogView() = default;
-    /// Adds the text at the end as it is, without a line ending of its own, and
-    /// scrolls there, wherever the user had scrolled to. `text` is not empty.
+    /// Appends the text as it is, without adding a line ending, and scrolls to the end.
+    /// `text` is not empty.
     virtual void append(std::string_view text) = 0;
 };
 
@@ -75,28 +74,35 @@ class WaitingFigure {
     virtual void stopWaiting() = 0;
 };
 
-/// The controls by their names in the window. They outlive the controller's use
-/// of them: the window stands until the program ends.
+/// Every control that the controller uses: its interface and its name in the window. The
+/// only list of them: what has one entry for each control is made from it.
+#define OXLADE_FOR_EACH_CONTROL(CONTROL)                                                           \
+    CONTROL(Window, window)                                                                        \
+    CONTROL(Label, subtitleLabel)                                                                  \
+    CONTROL(SegmentedControl, languageControl)                                                     \
+    CONTROL(WaitingFigure, girlView)                                                               \
+    CONTROL(Label, deviceCaptionLabel)                                                             \
+    CONTROL(StatusDot, deviceStatusDot)                                                            \
+    CONTROL(Label, deviceStatusLabel)                                                              \
+    CONTROL(Label, deviceDetailLabel)                                                              \
+    CONTROL(Label, firmwareCaptionLabel)                                                           \
+    CONTROL(FileLabel, firmwareLabel)                                                              \
+    CONTROL(Label, operationLabel)                                                                 \
+    CONTROL(Label, percentLabel)                                                                   \
+    CONTROL(Label, logCaptionLabel)                                                                \
+    CONTROL(Button, checkButton)                                                                   \
+    CONTROL(Button, chooseButton)                                                                  \
+    CONTROL(Button, builtinButton)                                                                 \
+    CONTROL(Button, installButton)                                                                 \
+    CONTROL(ProgressIndicator, progress)                                                           \
+    CONTROL(LogView, logView)
+
+/// The controls of one window, which owns them and outlives their use. None is null once the
+/// window is built.
 struct Controls {
-    Window& window;
-    Label& subtitleLabel;
-    SegmentedControl& languageControl;
-    WaitingFigure& girlView;
-    Label& deviceCaptionLabel;
-    StatusDot& deviceStatusDot;
-    Label& deviceStatusLabel;
-    Label& deviceDetailLabel;
-    Label& firmwareCaptionLabel;
-    FileLabel& firmwareLabel;
-    Label& operationLabel;
-    Label& percentLabel;
-    Label& logCaptionLabel;
-    Button& checkButton;
-    Button& chooseButton;
-    Button& builtinButton;
-    Button& installButton;
-    ProgressIndicator& progress;
-    LogView& logView;
+#define OXLADE_CONTROL(Interface, name) Interface* name = nullptr;
+    OXLADE_FOR_EACH_CONTROL(OXLADE_CONTROL)
+#undef OXLADE_CONTROL
 };
 
 } // namespace oxlade

@@ -9,9 +9,9 @@ namespace oxlade {
 enum class MenuAction { terminate, copy, selectAll };
 
 struct MenuItem {
-    std::string title; ///< UTF-8, plain text: an ampersand in it is an ampersand
+    std::string title; ///< UTF-8, plain: an ampersand marks no mnemonic
     MenuAction action;
-    char keyEquivalent; ///< a small letter, used with the platform's command key
+    char keyEquivalent; ///< a lower-case letter, pressed with the platform's command key
 
     friend bool operator==(const MenuItem&, const MenuItem&) = default;
 };
@@ -23,7 +23,7 @@ struct Menu {
     friend bool operator==(const Menu&, const Menu&) = default;
 };
 
-/// The bar's menus from left to right; the first is the application's own.
+/// The menus from left to right; the first is the application's.
 using MenuTree = std::vector<Menu>;
 
 } // namespace oxlade

@@ -1,4 +1,4 @@
-// How the controller gets its window and its menu bar. Main thread.
+// Builds the window and the menu bar for the controller. Main thread.
 #pragma once
 
 #include "interfaces/controls.h"
@@ -8,7 +8,7 @@
 
 namespace oxlade {
 
-/// What the controls call. Main thread; none is empty once the window is built.
+/// What the controls call, on the main thread. None is empty.
 struct WindowActions {
     std::function<void()> checkDevice, useBundledFirmware, chooseFirmware, installFirmware,
         languageChanged, openWebsite;
@@ -17,14 +17,15 @@ struct WindowActions {
 class UserInterface {
   public:
     virtual ~UserInterface() = default;
-    /// Builds the window and every control in it, hidden and without the texts
-    /// that depend on language or state. What the actions refer to outlives every
-    /// event that the window gets. Called once.
+    /// Builds the window and its controls: hidden, in its place on the screen, without the
+    /// texts that depend on language or state. What the actions refer to must outlive the
+    /// window. Called once.
     virtual Controls buildWindow(WindowActions actions) = 0;
-    /// Replaces the whole menu bar. Called before the window is built, and again
-    /// at each language switch.
+    /// Replaces the whole menu bar. Called before the window is built and at each language
+    /// switch.
     virtual void setMainMenu(const MenuTree& menu) = 0;
-    /// Brings the program in front of the others.
+    /// Makes this program the active one and gives its window the keyboard. No effect before
+    /// the window is built.
     virtual void activateIgnoringOtherApps() = 0;
 };
 

@@ -32,7 +32,7 @@ bool Appearance::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-/// Our palette hides the desktop's: only without it does the application's show.
+/// QApplication::palette() is the desktop's only while no other is set.
 void Appearance::readDesktop() {
     const QScopedValueRollback guard{applying_, true};
     QApplication::setPalette(QPalette{});

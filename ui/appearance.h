@@ -1,5 +1,4 @@
-// Keeps the application's palette in the appearance that the desktop wants. Main
-// thread; one per application, made after it.
+// Keeps the application's palette in the desktop's appearance. Main thread.
 #pragma once
 
 #include "ui/palette.h"
@@ -10,15 +9,15 @@
 
 namespace oxlade {
 
+/// One per application.
 class Appearance final : public QObject {
   public:
-    /// Takes over the application's palette at once.
+    /// Replaces the application's palette at once.
     Appearance();
-    /// Gives the palette back to the desktop.
+    /// Restores the desktop's palette.
     ~Appearance() override;
 
-    /// What the user asked the desktop for; nothing: judged by the palette that
-    /// the desktop gives.
+    /// What the user chose for the desktop; nullopt: that of the desktop's palette.
     void setPreference(std::optional<ColorScheme> preference);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -1,15 +1,100 @@
 #include "ui/fonts.h"
 
-#include "ui/font_cache.h"
 #include "ui/text.h"
 
 #include <QApplication>
 #include <QFontDatabase>
 
+#ifdef __linux__
+#include <fontconfig/fontconfig.h>
+#include <future>
+#include <locale.h> // NOLINT: not all of it is in the C++ header
+#include <map>
+#include <memory>
+#include <system_error>
+#include <thread>
+#include <utility>
+#endif
+
 namespace oxlade {
+
+#ifdef __linux__
+
 namespace {
 
-/// By its own name: for an alias the toolkit would sort all fonts that there are.
+template <class Thing, void (*destroy)(Thing*)>
+struct Destroys {
+    void operator()(Thing* thing) const { destroy(thing); }
+};
+using Pattern = std::unique_ptr<FcPattern, Destroys<FcPattern, FcPatternDestroy>>;
+
+using Families = std::map<std::pair<std::string, FontKind>, std::string>;
+
+std::shared_future<Families> familiesAhead;
+
+const FcChar8* inFontconfig(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
+
+std::string match(const std::string& family, FontKind kind) {
+    const Pattern wanted{FcPatternCreate()};
+    const char* generic = kind == FontKind::monospaced ? "monospace" : "sans-serif";
+    for (const char* name : {family.c_str(), generic})
+        FcPatternAddString(wanted.get(), FC_FAMILY, inFontconfig(name));
+    // As Qt asks for Latin text, whatever the desktop's language.
+    FcPatternAddString(wanted.get(), FC_LANG, inFontconfig("en"));
+    FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+    FcDefaultSubstitute(wanted.get());
+    FcResult result = FcResultMatch;
+    const Pattern found{FcFontMatch(nullptr, wanted.get(), &result)};
+    FcChar8* name = nullptr;
+    if (found == nullptr || FcPatternGetString(found.get(), FC_FAMILY, 0, &name) != FcResultMatch)
+        return family;
+    return reinterpret_cast<const char*>(name);
+}
+
+} // namespace
+
+void readFontsAhead() {
+    std::packaged_task<Families()> reading{[] {
+        // A locale for this thread: QApplication changes the global one at the same time, and
+        // with it how Fontconfig reads numbers.
+        uselocale(newlocale(LC_ALL_MASK, "C", nullptr));
+        FcInit();
+        Families result;
+        // The names that Qt's platform themes use where the desktop sets no fonts.
+        for (const auto& [alias, kind] : {std::pair{"Sans Serif", FontKind::proportional},
+                                          std::pair{"monospace", FontKind::monospaced}})
+            result[{alias, kind}] = match(alias, kind);
+        return result;
+    }};
+    auto families = reading.get_future().share();
+    try {
+        std::thread(std::move(reading)).detach();
+        familiesAhead = std::move(families);
+    } catch (const std::system_error&) {
+        // Thread creation failed: installedFamily reads on demand.
+    }
+}
+
+std::string installedFamily(const std::string& family, FontKind kind) {
+    if (familiesAhead.valid()) {
+        const Families& families = familiesAhead.get();
+        const auto known = families.find({family, kind});
+        if (known != families.end()) return known->second;
+    }
+    return match(family, kind);
+}
+
+#else
+
+void readFontsAhead() {}
+
+std::string installedFamily(const std::string& family, FontKind) { return family; }
+
+#endif
+
+namespace {
+
+/// The family's own name: for an alias Qt would sort all installed fonts.
 QString installed(const QString& family, FontKind kind) {
     return toQString(installedFamily(family.toStdString(), kind));
 }

@@ -1,17 +1,30 @@
-// The fonts of the window. Sizes are layout points, which are logical pixels: a
-// size in typographic points would grow with the display's resolution. Main thread.
+// The fonts of the window. Sizes are in layout points, that is logical pixels: typographic
+// points would grow with the display's resolution. Main thread unless said otherwise.
 #pragma once
 
 #include <QFont>
 
+#include <string>
+
 namespace oxlade {
+
+/// Starts reading the font configuration on another thread, so that the functions below need
+/// not wait for it. Optional; call it first.
+void readFontsAhead();
+
+enum class FontKind { proportional, monospaced };
+
+/// The name of the installed family of that kind that is used for `family`, which may be
+/// missing or an alias such as "monospace". `family` itself where the system does not tell.
+/// Any thread; waits for readFontsAhead to finish.
+std::string installedFamily(const std::string& family, FontKind kind);
 
 /// The application's sans font.
 QFont interfaceFont(int pixels, QFont::Weight weight = QFont::Normal);
 /// The desktop's monospaced font.
 QFont monospacedFont(int pixels);
-/// Gives the application a better sans font than the one that stands for "none
-/// was chosen", where one is installed.
+/// Sets the application's sans font: the desktop's, or Inter where the desktop has only the
+/// fallback DejaVu Sans and Inter is installed.
 void chooseInterfaceFont();
 
 } // namespace oxlade

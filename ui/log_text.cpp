@@ -5,10 +5,17 @@
 namespace oxlade {
 namespace {
 
-/// The characters at which a text document begins a new block.
+/// Whether QTextDocument begins a new block after the character.
 bool endsBlock(QChar c) {
     return c == u'\n' || c == u'\r' || c == QChar::ParagraphSeparator || c == QChar{0xFDD0} ||
            c == QChar{0xFDD1};
+}
+
+/// Control characters as a box, as a missing glyph looks. For each of them Qt would look for a
+/// glyph in all installed fonts whenever it is painted: 60 ms for a block of NULs.
+QChar shown(QChar c) {
+    const bool hasGlyph = c.category() != QChar::Other_Control || c == u'\t';
+    return hasGlyph ? c : QChar{0x25AF};
 }
 
 } // namespace
@@ -24,12 +31,12 @@ QString LogText::take(qsizetype limit, Lines lines) {
     if (end > taken_ && end < last && text_[end - 1].isHighSurrogate()) ++end;
     QString view;
     view.reserve(end - taken_ + 16);
-    const qsizetype viewStart = taken_ + qsizetype(breaks_.size());
+    const qsizetype viewStart = taken_ + static_cast<qsizetype>(breaks_.size());
     for (; taken_ < end; ++taken_) {
         const QChar c = text_[taken_];
         if (endsBlock(c)) {
-            // One character each, so that positions stay countable: a document would
-            // make one of a carriage return and the line feed after it.
+            // One character for each, so that positions can be counted: QTextDocument would
+            // join a carriage return and a line feed.
             const bool stays = lines == Lines::packed && column_ < fullBlock;
             view += stays ? QChar{QChar::LineSeparator} : QChar{u'\n'};
             column_ = stays ? column_ + 1 : 0;
@@ -40,7 +47,7 @@ QString LogText::take(qsizetype limit, Lines lines) {
             view += u'\n';
             column_ = 0;
         }
-        view += c;
+        view += shown(c);
         ++column_;
     }
     return view;

@@ -1,9 +1,8 @@
-// What the log holds, and how much of it is cut up for the view. Plain value.
+// The text of the log, and how much of it has been handed to the view. Plain value.
 //
-// The text stays as it was given. Only the view breaks very long lines, so its
-// positions run ahead of the text's by one for each such break before them.
-// Lengths and positions are counted in UTF-16 units; one outside of the text counts
-// as its nearer end.
+// The text is kept as it was appended. Only in the view are very long lines broken: a position
+// in the view is ahead of that in the text by one for each such break before it. Lengths and
+// positions are in UTF-16 units; positions outside the text are clamped.
 #pragma once
 
 #include <QString>
@@ -14,28 +13,27 @@ namespace oxlade {
 
 class LogText final {
   public:
-    /// A block longer than this is broken in the view, within a line if need be.
+    /// A block longer than this is broken in the view, also within a line.
     static constexpr qsizetype longestBlock = 4000;
     /// A block this long takes no further line when lines are packed.
     static constexpr qsizetype fullBlock = 2000;
 
-    /// What a line ending becomes in the view: a block's end each, or, where very
-    /// many lines come at once, a mere line separator within a block of many lines.
+    /// What a line ending becomes in the view: the end of a block, or, when very many lines
+    /// come at once, a line separator within a block of many lines.
     enum class Lines { each, packed };
 
     void append(const QString& text) { text_ += text; }
     const QString& text() const { return text_; }
-    /// What the view has of it.
+    /// How much of it the view has.
     qsizetype taken() const { return taken_; }
-    /// What could go to the view, in characters. A line ending at the very end could
-    /// not: it would only add an empty line there. It goes with what follows it.
+    /// How much of it can go to the view. A line ending at the very end cannot: it would add
+    /// an empty line. It goes with the text that follows it.
     qsizetype pending() const;
-    /// The next piece for the view, at most `limit` characters of the text (one
-    /// more where that would cut a surrogate pair), with breaks put in.
+    /// The next piece for the view: at most `limit` units of the text (one more where that
+    /// would cut a surrogate pair), with the breaks, and with boxes for control characters.
     QString take(qsizetype limit, Lines lines = Lines::each);
 
-    /// The text's position at a position of the view, and the other way round for
-    /// what the view has.
+    /// From a position in the view to that in the text, and back for what the view has.
     qsizetype toText(qsizetype viewPosition) const;
     qsizetype toView(qsizetype textPosition) const;
 

@@ -1,8 +1,7 @@
-// The menu bar, made from its description. Main thread.
+// The menu bar, built from a MenuTree. Main thread.
 //
-// Copy and Select All act on the log, and are enabled while it has the keyboard.
-// A menu that is opened by keyboard takes the keyboard itself: then the control
-// that had it before counts.
+// Copy and Select All act on the log, and are enabled while it has the keyboard focus. A menu
+// opened by a key takes the focus: then the widget that had it before counts.
 #pragma once
 
 #include "interfaces/menu.h"
@@ -18,24 +17,14 @@ class QWidget;
 
 namespace oxlade {
 
-class LogTextView;
-
-/// Paints itself: the style would draw the line under the bar item by item, with gaps
-/// between them where the scale is not a whole number.
-class MenuBar final : public QMenuBar {
-  public:
-    using QMenuBar::QMenuBar;
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
-};
+class QtLogView;
 
 class MainMenu final : public QObject {
   public:
-    /// `window` outlives it.
+    /// `window` must outlive it.
     explicit MainMenu(QMainWindow& window);
 
-    /// Makes a whole new menu bar; the one before is deleted.
+    /// Builds a new menu bar; the one before is deleted.
     void install(const MenuTree& tree);
     QMenuBar* bar() const { return bar_; }
 
@@ -44,11 +33,11 @@ class MainMenu final : public QObject {
     void perform(MenuAction action);
     void focusMoved(QWidget* to);
     void enableEditing();
-    LogTextView* target() const;
+    QtLogView* target() const;
 
     QMainWindow& window_;
     QPointer<QMenuBar> bar_;
-    QPointer<QWidget> focused_; ///< the last one that was no menu
+    QPointer<QWidget> focused_; ///< the last that is not a menu
     QList<QAction*> editing_;   ///< of bar_
 };
 

@@ -12,20 +12,19 @@ namespace {
 constexpr double readable = 4.5;
 constexpr double visible = 3;
 
-QColor translucent(QRgb rgb, double alpha) {
-    QColor result{rgb};
-    result.setAlphaF(static_cast<float>(alpha));
-    return result;
+QColor faded(QColor base, double alpha) {
+    base.setAlphaF(static_cast<float>(alpha));
+    return base;
 }
 
 QColor lightColor(SemanticColor role) {
     switch (role) {
     case SemanticColor::labelColor:
-        return translucent(0x000000, 0.86);
+        return faded(Qt::black, 0.86);
     case SemanticColor::secondaryLabelColor:
-        return translucent(0x000000, 0.58);
+        return faded(Qt::black, 0.58);
     case SemanticColor::tertiaryLabelColor:
-        return translucent(0x000000, 0.28);
+        return faded(Qt::black, 0.28);
     case SemanticColor::systemGreenColor:
         return {0x28, 0xB4, 0x46};
     case SemanticColor::systemOrangeColor:
@@ -35,7 +34,7 @@ QColor lightColor(SemanticColor role) {
     case SemanticColor::controlBackgroundColor:
         return {0xFF, 0xFF, 0xFF};
     case SemanticColor::separatorColor:
-        return translucent(0x000000, 0.10);
+        return faded(Qt::black, 0.10);
     case SemanticColor::textBackgroundColor:
         return {0xFF, 0xFF, 0xFF};
     case SemanticColor::linkColor:
@@ -47,11 +46,11 @@ QColor lightColor(SemanticColor role) {
 QColor darkColor(SemanticColor role) {
     switch (role) {
     case SemanticColor::labelColor:
-        return translucent(0xFFFFFF, 0.88);
+        return faded(Qt::white, 0.88);
     case SemanticColor::secondaryLabelColor:
-        return translucent(0xFFFFFF, 0.60);
+        return faded(Qt::white, 0.60);
     case SemanticColor::tertiaryLabelColor:
-        return translucent(0xFFFFFF, 0.30);
+        return faded(Qt::white, 0.30);
     case SemanticColor::systemGreenColor:
         return {0x30, 0xD1, 0x58};
     case SemanticColor::systemOrangeColor:
@@ -61,18 +60,13 @@ QColor darkColor(SemanticColor role) {
     case SemanticColor::controlBackgroundColor:
         return {0x3A, 0x3A, 0x3F};
     case SemanticColor::separatorColor:
-        return translucent(0xFFFFFF, 0.10);
+        return faded(Qt::white, 0.10);
     case SemanticColor::textBackgroundColor:
         return {0x10, 0x10, 0x12};
     case SemanticColor::linkColor:
         return {0x5A, 0xA9, 0xFF};
     }
     return {};
-}
-
-QColor faded(QColor base, double alpha) {
-    base.setAlphaF(static_cast<float>(alpha));
-    return base;
 }
 
 double linear(double channel) {
@@ -83,13 +77,50 @@ double luminance(const QColor& c) {
     return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
 }
 
-/// The style's own highlight, which every desktop without one of its own gets.
+/// Fusion's default highlight: what desktops without one of their own have.
 QColor styleHighlight() {
     static const QColor own = [] {
         const std::unique_ptr<QStyle> fusion{QStyleFactory::create(QStringLiteral("fusion"))};
         return fusion ? fusion->standardPalette().color(QPalette::Highlight) : QColor{};
     }();
     return own;
+}
+
+QColor ink(ColorScheme scheme, double alpha) {
+    return faded(scheme == ColorScheme::dark ? Qt::white : Qt::black, alpha);
+}
+
+QColor shade(const QColor& fill, double blackness) {
+    return over(ink(ColorScheme::light, blackness), fill);
+}
+
+ButtonColors filledColors(const QPalette& palette, const ButtonState& state) {
+    const ColorScheme scheme = schemeOf(palette);
+    if (!state.enabled)
+        return {ink(scheme, 0.07), ink(scheme, 0.03),
+                color(SemanticColor::tertiaryLabelColor, scheme)};
+    const QColor accent = palette.color(QPalette::Active, QPalette::Highlight);
+    // Moves the fill away from the text, so that the text stays readable.
+    const QColor text = textOn(accent);
+    const double depth = state.pressed ? 0.16 : state.hovered ? 0.06 : 0;
+    const QColor overlay = faded(text == QColor{Qt::white} ? Qt::black : Qt::white, depth);
+    const QColor fill = over(overlay, accent);
+    return {fill, shade(fill, 0.10), text};
+}
+
+ButtonColors plainColors(const QPalette& palette, const ButtonState& state) {
+    const ColorScheme scheme = schemeOf(palette);
+    const bool dark = scheme == ColorScheme::dark;
+    if (!state.enabled)
+        return {ink(scheme, dark ? 0.04 : 0.02), ink(scheme, 0.06),
+                color(SemanticColor::tertiaryLabelColor, scheme)};
+    const QColor text = color(SemanticColor::labelColor, scheme);
+    const QColor edge = ink(scheme, dark ? 0.12 : 0.15);
+    if (dark) return {ink(scheme, state.pressed ? 0.22 : state.hovered ? 0.15 : 0.11), edge, text};
+    return {state.pressed   ? QColor{0xE2, 0xE2, 0xE6}
+            : state.hovered ? QColor{0xF6, 0xF6, 0xF8}
+                            : QColor{Qt::white},
+            edge, text};
 }
 
 } // namespace
@@ -136,13 +167,11 @@ QColor accentOf(const QPalette& desktop, ColorScheme scheme) {
 QPalette interfacePalette(ColorScheme scheme, const QColor& accent) {
     const QColor ground = groundColor(scheme);
     const QColor text = over(color(SemanticColor::labelColor, scheme), ground);
-    const QColor field =
-        over(faded(color(SemanticColor::textBackgroundColor, scheme), 0.8), ground);
     QPalette result{cardColor(scheme), ground};
     result.setColor(QPalette::WindowText, text);
     result.setColor(QPalette::Text, text);
     result.setColor(QPalette::ButtonText, text);
-    result.setColor(QPalette::Base, field);
+    result.setColor(QPalette::Base, logColor(scheme));
     result.setColor(QPalette::AlternateBase, ground);
     result.setColor(QPalette::ToolTipBase, cardColor(scheme));
     result.setColor(QPalette::ToolTipText, text);
@@ -157,8 +186,8 @@ QPalette interfacePalette(ColorScheme scheme, const QColor& accent) {
 }
 
 QColor over(const QColor& top, const QColor& below) {
-    const auto mix = [alpha = double(top.alphaF())](int a, int b) {
-        return int(std::lround(a * alpha + b * (1 - alpha)));
+    const auto mix = [alpha = static_cast<double>(top.alphaF())](int a, int b) {
+        return static_cast<int>(std::lround(a * alpha + b * (1 - alpha)));
     };
     return {mix(top.red(), below.red()), mix(top.green(), below.green()),
             mix(top.blue(), below.blue())};
@@ -170,10 +199,9 @@ double contrast(const QColor& a, const QColor& b) {
 }
 
 QColor seenOn(const QColor& ground, QColor accent) {
-    QColor veil = luminance(ground) < 0.2 ? QColor{Qt::white} : QColor{Qt::black};
-    veil.setAlphaF(0.1F);
+    const QColor overlay = faded(luminance(ground) < 0.2 ? Qt::white : Qt::black, 0.1);
     for (int step = 0; step < 20 && contrast(accent, ground) < visible; ++step)
-        accent = over(veil, accent);
+        accent = over(overlay, accent);
     return accent;
 }
 
@@ -181,6 +209,29 @@ QColor textOn(const QColor& fill) {
     const QColor white{Qt::white}, black{Qt::black};
     if (contrast(white, fill) >= readable) return white;
     return contrast(white, fill) > contrast(black, fill) ? white : black;
+}
+
+ButtonColors buttonColors(const QPalette& palette, const ButtonState& state) {
+    return state.filled ? filledColors(palette, state) : plainColors(palette, state);
+}
+
+SegmentColors segmentColors(const QPalette& palette) {
+    const ColorScheme scheme = schemeOf(palette);
+    const bool dark = scheme == ColorScheme::dark;
+    return {ink(scheme, dark ? 0.09 : 0.07), dark ? QColor{0x62, 0x62, 0x68} : QColor{Qt::white},
+            ink(ColorScheme::light, dark ? 0.20 : 0.10), color(SemanticColor::labelColor, scheme),
+            color(SemanticColor::secondaryLabelColor, scheme)};
+}
+
+QColor markColor(const QPalette& palette) {
+    return seenOn(cardColor(schemeOf(palette)),
+                  palette.color(QPalette::Active, QPalette::Highlight));
+}
+
+QColor progressGrooveColor(const QPalette& palette) { return ink(schemeOf(palette), 0.10); }
+
+QColor popupEdgeColor(const QColor& fill, const QPalette& palette) {
+    return over(ink(schemeOf(palette), 0.18), fill);
 }
 
 } // namespace oxlade

@@ -1,7 +1,7 @@
 // The colours of the window, by meaning and appearance. Pure.
 //
-// Nothing here is remembered: a widget asks at each paint, with its own palette,
-// and so follows every change of the desktop's appearance.
+// Nothing is cached: widgets ask at each paint, with their own palette, and so follow every
+// change of the desktop's appearance.
 #pragma once
 
 #include "interfaces/colors.h"
@@ -14,7 +14,7 @@ namespace oxlade {
 /// Dark when the palette's window is darker than the text on it.
 ColorScheme schemeOf(const QPalette& palette);
 
-/// Mostly translucent: meant to be painted over what lies below.
+/// Mostly translucent: to be painted over what lies below.
 QColor color(SemanticColor role, ColorScheme scheme);
 QColor color(SemanticColor role, const QPalette& palette);
 
@@ -24,25 +24,46 @@ QColor groundColor(ColorScheme scheme);
 QColor cardColor(ColorScheme scheme);
 QColor logColor(ColorScheme scheme);
 
-/// The accent where the desktop names none.
+/// The accent where the desktop has none.
 QColor accentColor(ColorScheme scheme);
-/// The desktop's highlight colour, or ours where that is only the style's own or
-/// could not be told from the ground.
+/// The desktop's highlight colour; accentColor where that is only Fusion's default or does
+/// not stand out from the ground.
 QColor accentOf(const QPalette& desktop, ColorScheme scheme);
 
-/// A whole palette for the application, so that menus, alerts and tool tips match
-/// the window.
+/// The application's palette. Window is the ground, Button the fill of a card.
 QPalette interfacePalette(ColorScheme scheme, const QColor& accent);
 
 /// `top` painted on the opaque `below`.
 QColor over(const QColor& top, const QColor& below);
 /// The contrast of two opaque colours, 1 to 21.
 double contrast(const QColor& a, const QColor& b);
-/// The accent for a line or a bar on the opaque ground: moved away from it where it
-/// would not stand out.
+/// The accent for a line or a bar on the opaque ground, made darker or lighter until it
+/// stands out.
 QColor seenOn(const QColor& ground, QColor accent);
-/// Black or white, whichever reads better on the opaque fill; white when it reads
-/// well enough.
+/// White if it is readable on the opaque fill, else the better of black and white.
 QColor textOn(const QColor& fill);
+
+struct ButtonState {
+    bool enabled = true;
+    bool hovered = false;
+    bool pressed = false;
+    bool filled = false; ///< the window's or the alert's default button
+};
+struct ButtonColors {
+    QColor fill, edge, text; ///< to be painted over what lies below
+};
+ButtonColors buttonColors(const QPalette& palette, const ButtonState& state);
+
+struct SegmentColors {
+    QColor groove, thumb, thumbEdge, chosenText, otherText;
+};
+SegmentColors segmentColors(const QPalette& palette);
+
+/// The accent as a focus ring or a progress bar on a card.
+QColor markColor(const QPalette& palette);
+/// The part of a progress bar that is not done; translucent.
+QColor progressGrooveColor(const QPalette& palette);
+/// The opaque edge of a menu or a tool tip with this fill.
+QColor popupEdgeColor(const QColor& fill, const QPalette& palette);
 
 } // namespace oxlade

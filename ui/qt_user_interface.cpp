@@ -4,14 +4,54 @@
 #include "ui/appearance.h"
 #include "ui/fonts.h"
 #include "ui/interface_style.h"
-#include "ui/key_repeat_filter.h"
 #include "ui/main_window.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace oxlade {
+namespace {
+
+bool isKeyEvent(const QEvent& event) {
+    return event.type() == QEvent::KeyPress || event.type() == QEvent::ShortcutOverride ||
+           event.type() == QEvent::KeyRelease;
+}
+
+/// Lets a key that presses buttons (Return, Enter, Space) act once while it is held down: one
+/// long press must not open an alert and answer it. Sees the keys of every window.
+///
+/// QKeyEvent::isAutoRepeat is not enough: on X11 it is false when other events come between
+/// the two halves of a repetition, as when a window opens. But both halves, a release and a
+/// press, have the same time stamp.
+class KeyRepeatFilter final : public QObject {
+  public:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (!isKeyEvent(*event)) return QObject::eventFilter(watched, event);
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        const auto keys = {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space};
+        if (std::find(keys.begin(), keys.end(), key.key()) == keys.end()) return false;
+        if (event->type() == QEvent::KeyRelease) {
+            lastRelease_ = key.timestamp();
+            return false;
+        }
+        if (!isRepetition(key)) return false;
+        // Accepting an override keeps the key from shortcuts, too.
+        event->accept();
+        return true;
+    }
+
+  private:
+    bool isRepetition(const QKeyEvent& press) const {
+        return press.isAutoRepeat() || (lastRelease_ != 0 && press.timestamp() == lastRelease_);
+    }
+
+    quint64 lastRelease_ = 0; ///< ms, the window system's clock; 0: none yet
+};
+
+} // namespace
 
 QtUserInterface::QtUserInterface(WindowContext context)
     : context_{std::move(context)}, appearance_{std::make_unique<Appearance>()},
@@ -25,8 +65,7 @@ QtUserInterface::QtUserInterface(WindowContext context)
 QtUserInterface::~QtUserInterface() = default;
 
 Controls QtUserInterface::buildWindow(WindowActions actions) {
-    window_ = std::make_unique<MainWindow>(context_, actions);
-    window_->setMenu(menu_);
+    window_ = std::make_unique<MainWindow>(context_, actions, menu_);
     return window_->controls();
 }
 

@@ -1,6 +1,4 @@
-// The window and the menu bar in Qt Widgets.
-//
-// Main thread; needs a QApplication, which outlives it. It owns the window.
+// The window and the menu bar in Qt Widgets. Main thread.
 #pragma once
 
 #include "interfaces/colors.h"
@@ -10,18 +8,18 @@
 #include <memory>
 #include <optional>
 
+class QObject;
 class QWidget;
 
 namespace oxlade {
 
 class Appearance;
-class KeyRepeatFilter;
 class MainWindow;
 
+/// Owns the window. The QApplication must outlive it.
 class QtUserInterface final : public UserInterface {
   public:
-    /// Takes over the application's style, palette, font and the held keys that press
-    /// buttons.
+    /// Sets the application's style, palette and font, and filters repeated keys.
     explicit QtUserInterface(WindowContext context);
     ~QtUserInterface() override;
 
@@ -29,17 +27,17 @@ class QtUserInterface final : public UserInterface {
     void setMainMenu(const MenuTree& menu) override;
     void activateIgnoringOtherApps() override;
 
-    /// Light or dark as the user asked the desktop for; nothing: judged by the
-    /// palette that the desktop gives. May change at any time.
+    /// The appearance that the user chose for the desktop; nullopt: that of the desktop's
+    /// palette. Can be called at any time.
     void setColorScheme(std::optional<ColorScheme> preference);
 
-    /// The window, or null before it is built: the parent for dialogs.
+    /// The window, or null before it is built: the parent of dialogs.
     QWidget* window() const;
 
   private:
     WindowContext context_;
     std::unique_ptr<Appearance> appearance_;
-    std::unique_ptr<KeyRepeatFilter> keyRepeatFilter_;
+    std::unique_ptr<QObject> keyRepeatFilter_;
     MenuTree menu_;
     std::unique_ptr<MainWindow> window_;
 };

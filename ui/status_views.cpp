@@ -1,6 +1,5 @@
 #include "ui/status_views.h"
 
-#include "ui/control_drawing.h"
 #include "ui/palette.h"
 
 #include <QAccessible>
@@ -12,13 +11,13 @@
 
 namespace oxlade {
 
-void StatusLight::setBackgroundColor(SemanticColor color) {
+void QtStatusDot::setBackgroundColor(SemanticColor color) {
     if (color == color_) return;
     color_ = color;
     update();
 }
 
-void StatusLight::paintEvent(QPaintEvent*) {
+void QtStatusDot::paintEvent(QPaintEvent*) {
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -26,48 +25,30 @@ void StatusLight::paintEvent(QPaintEvent*) {
     painter.drawEllipse(rect());
 }
 
-void ProgressBar::setDoubleValue(double value) {
+void QtProgressIndicator::setDoubleValue(double value) {
     const double shown = std::isnan(value) ? minimum : std::clamp(value, minimum, maximum);
     if (shown == value_) return;
-    const bool heard = std::floor(shown) != std::floor(value_);
+    const bool announced = std::floor(shown) != std::floor(value_);
     value_ = shown;
     update();
-    if (!heard) return;
+    if (!announced) return;
     QAccessibleValueChangeEvent event{this, value_};
     QAccessible::updateAccessibility(&event);
 }
 
-void ProgressBar::paintEvent(QPaintEvent*) {
+void QtProgressIndicator::paintEvent(QPaintEvent*) {
     constexpr double thickness = 6;
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    const BarColors colors = barColors(palette());
-    const QRectF trough{0, (height() - thickness) / 2, double(width()), thickness};
-    QPainterPath shape;
-    shape.addRoundedRect(trough, thickness / 2, thickness / 2);
-    painter.fillPath(shape, colors.trough);
-    if (value_ <= minimum) return;
-    QPainterPath done;
-    const double length = std::max(thickness, trough.width() * value_ / maximum);
-    done.addRoundedRect(QRectF{trough.topLeft(), QSizeF{length, thickness}}, thickness / 2,
-                        thickness / 2);
-    painter.fillPath(done, colors.done);
-}
-
-void CardView::paintEvent(QPaintEvent*) {
-    QPainter painter{this};
-    const QColor fill = cardColor(schemeOf(palette()));
-    drawPanel(painter, rect(), cornerRadius, fill,
-              over(color(SemanticColor::separatorColor, palette()), fill));
-}
-
-void LogPanel::paintEvent(QPaintEvent*) {
-    QPainter painter{this};
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(logColor(schemeOf(palette())));
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    const auto fillBar = [&](double length, const QColor& fill) {
+        QPainterPath shape;
+        shape.addRoundedRect(0, (height() - thickness) / 2, length, thickness, thickness / 2,
+                             thickness / 2);
+        painter.fillPath(shape, fill);
+    };
+    fillBar(width(), progressGrooveColor(palette()));
+    if (value_ > minimum)
+        fillBar(std::max(thickness, width() * value_ / maximum), markColor(palette()));
 }
 
 } // namespace oxlade

@@ -1,5 +1,4 @@
-// The views that only show something: the status light, the progress bar, and the
-// panels that they stand on. Main thread.
+// The views that only show a value: the status dot and the progress indicator. Main thread.
 #pragma once
 
 #include "interfaces/controls.h"
@@ -8,12 +7,11 @@
 
 namespace oxlade {
 
-/// A filled circle. It takes its colour's value from the palette at each paint.
-class StatusLight final : public QWidget, public StatusDot {
+/// A filled circle. Looks its colour up in the palette at each paint.
+class QtStatusDot final : public QWidget, public StatusDot {
   public:
     using QWidget::QWidget;
     void setBackgroundColor(SemanticColor color) override;
-    SemanticColor backgroundColor() const { return color_; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -22,8 +20,9 @@ class StatusLight final : public QWidget, public StatusDot {
     SemanticColor color_ = SemanticColor::tertiaryLabelColor;
 };
 
-/// A slim bar with round ends, vertically centred in its frame; 0 to 100.
-class ProgressBar final : public QWidget, public ProgressIndicator {
+/// A bar of 6 points with round ends, vertically centred in its frame. Not a QProgressBar,
+/// which counts in integers and repaints the window synchronously at each value.
+class QtProgressIndicator final : public QWidget, public ProgressIndicator {
   public:
     using QWidget::QWidget;
     static constexpr double minimum = 0, maximum = 100;
@@ -36,26 +35,6 @@ class ProgressBar final : public QWidget, public ProgressIndicator {
 
   private:
     double value_ = minimum;
-};
-
-/// A softly bordered panel.
-class CardView final : public QWidget {
-  public:
-    using QWidget::QWidget;
-    static constexpr double cornerRadius = 12;
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
-};
-
-/// The rounded ground under the log.
-class LogPanel final : public QWidget {
-  public:
-    using QWidget::QWidget;
-    static constexpr double cornerRadius = 12;
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
 };
 
 } // namespace oxlade

@@ -1,23 +1,29 @@
-// The one place where text changes its form between UTF-8 and Qt's. Any
-// thread.
+// Conversion between UTF-8 and QString. Any thread.
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
+#include <QStringDecoder>
 
 #include <string>
 #include <string_view>
 
 namespace oxlade {
 
-/// Every character is kept, a leading byte-order mark and NULs included. Bytes
-/// that are no UTF-8 become U+FFFD.
-QString toQString(std::string_view utf8);
+/// Keeps every character, a leading byte-order mark and NULs included. Each invalid byte
+/// sequence becomes U+FFFD.
+inline QString toQString(std::string_view utf8) {
+    // QString::fromUtf8 would drop a leading byte-order mark.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::Stateless |
+                                                     QStringConverter::Flag::ConvertInitialBom);
+    return decoder.decode(QByteArrayView(utf8.data(), static_cast<qsizetype>(utf8.size())));
+}
 
 /// A lone surrogate becomes a question mark; everything else is kept.
-std::string toUtf8(const QString& text);
+inline std::string toUtf8(const QString& text) { return text.toUtf8().toStdString(); }
 
-/// A text as it goes over the bus, where it would end at its first NUL for whoever reads
-/// it: each becomes its picture. As many characters, and nothing hidden behind one.
-QString withVisibleNuls(QString text);
+/// The text for the accessibility bus, which cuts strings at the first NUL: each NUL becomes
+/// its picture, U+2400. Positions do not change.
+inline QString withVisibleNuls(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
 
 } // namespace oxlade

@@ -32,12 +32,12 @@ void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::A
               Qt::TextElideMode mode) {
     if (text.isEmpty()) return;
     const QFontMetrics metrics = painter.fontMetrics();
-    // Laid out once, for its width and to be drawn: shaping is what a text costs.
+    // One layout for measuring and drawing: shaping is the expensive part.
     QTextLayout layout{text, painter.font(), painter.device()};
     QTextOption option;
     option.setWrapMode(QTextOption::ManualWrap);
     option.setFlags(QTextOption::IncludeTrailingSpaces);
-    // The window's, not the text's: a name in another script stands before its size.
+    // The window's direction, not the text's: a file name in any script precedes its size.
     option.setTextDirection(painter.layoutDirection());
     layout.setTextOption(option);
     layout.beginLayout();
@@ -45,7 +45,7 @@ void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::A
     layout.endLayout();
     const double width = line.horizontalAdvance();
     if (mode != Qt::ElideNone && width > frame.width()) {
-        const int room = int(frame.width());
+        const int room = static_cast<int>(frame.width());
         drawLine(painter, frame, metrics.elidedText(text, mode, room), alignment, Qt::ElideNone);
         return;
     }
@@ -53,18 +53,18 @@ void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::A
     line.draw(&painter, {x, centredBaseline(frame, metrics) - line.ascent()});
 }
 
-int steadyWidth(const QString& text, const QFontMetrics& metrics) {
+int tabularWidth(const QString& text, const QFontMetrics& metrics) {
     int width = 0;
     for (const QChar c : text)
         width += c.isDigit() ? widestDigit(metrics) : metrics.horizontalAdvance(c);
     return width;
 }
 
-void drawSteadyLine(QPainter& painter, const QRectF& frame, const QString& text,
-                    Qt::Alignment alignment) {
+void drawTabularDigits(QPainter& painter, const QRectF& frame, const QString& text,
+                       Qt::Alignment alignment) {
     const QFontMetrics metrics = painter.fontMetrics();
     const int cell = widestDigit(metrics);
-    double x = startOf(frame, steadyWidth(text, metrics), alignment);
+    double x = startOf(frame, tabularWidth(text, metrics), alignment);
     const double y = centredBaseline(frame, metrics);
     for (const QChar c : text) {
         const int advance = metrics.horizontalAdvance(c);

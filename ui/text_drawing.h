@@ -1,4 +1,4 @@
-// Text put on a line the way the window wants it. Main thread.
+// Draws single lines of text. Main thread.
 #pragma once
 
 #include <QFontMetrics>
@@ -9,21 +9,20 @@ class QPainter;
 
 namespace oxlade {
 
-/// The baseline, a whole number of points, that centres capital letters in the
-/// rectangle. Fonts differ in the room that they leave above and below a line, and
-/// centring that room makes texts in some of them sit too low.
+/// The baseline, in whole points, that centres capital letters in the rectangle. Fonts differ
+/// in the space above and below a line; centring that space places some of them too low.
 int centredBaseline(const QRectF& frame, const QFontMetrics& metrics);
 
-/// Draws one line, aligned within the frame. One that is wider than the frame is
-/// shortened as `mode` says; the text has no line ends.
+/// Draws one line, aligned in the frame, in the painter's font and pen. A line wider than the
+/// frame is elided as `mode` says. `text` has no line ends.
 void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::Alignment alignment,
               Qt::TextElideMode mode = Qt::ElideNone);
 
-/// The same with all digits as wide as the widest one, so that a number that
-/// counts does not tremble.
-void drawSteadyLine(QPainter& painter, const QRectF& frame, const QString& text,
-                    Qt::Alignment alignment);
-/// The width that drawSteadyLine takes, in points.
-int steadyWidth(const QString& text, const QFontMetrics& metrics);
+/// The same with tabular digits: each as wide as the widest one, so that a number that counts
+/// does not move.
+void drawTabularDigits(QPainter& painter, const QRectF& frame, const QString& text,
+                       Qt::Alignment alignment);
+/// The width that drawTabularDigits needs, in points.
+int tabularWidth(const QString& text, const QFontMetrics& metrics);
 
 } // namespace oxlade

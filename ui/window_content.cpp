@@ -1,19 +1,28 @@
 #include "ui/window_content.h"
 
 #include "i18n/string_table.h"
-#include "ui/control_drawing.h"
-#include "ui/layout.h"
+#include "ui/card_view.h"
+#include "ui/fonts.h"
+#include "ui/interface_style.h"
+#include "ui/qt_button.h"
+#include "ui/qt_label.h"
+#include "ui/qt_log_view.h"
+#include "ui/qt_segmented_control.h"
+#include "ui/sprites/wait_girl_view.h"
+#include "ui/status_views.h"
 #include "ui/text.h"
 
 #include <QApplication>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QWindow>
 
 #include <cmath>
 
 namespace oxlade {
 namespace {
 
-/// Gives the widget its name and its frame in its parent.
+/// Names the widget and places it in its parent.
 template <class Widget>
 Widget* placed(Widget* widget, const char* name, const QRect& frame) {
     widget->setObjectName(QLatin1String{name});
@@ -21,30 +30,39 @@ Widget* placed(Widget* widget, const char* name, const QRect& frame) {
     return widget;
 }
 
-TextLabel* caption(QWidget& parent, const char* name, const QRect& frame) {
+QtLabel* makeCaption(QWidget& parent, const char* name, const QRect& frame) {
     const TextStyle style{
         .pixels = 10, .weight = QFont::DemiBold, .color = SemanticColor::secondaryLabelColor};
-    return placed(new TextLabel{style, &parent}, name, frame);
+    return placed(new QtLabel{style, &parent}, name, frame);
 }
 
-TextLabel* label(QWidget& parent, const char* name, const QRect& frame, const TextStyle& style) {
-    return placed(new TextLabel{style, &parent}, name, frame);
+QtLabel* label(QWidget& parent, const char* name, const QRect& frame, const TextStyle& style) {
+    return placed(new QtLabel{style, &parent}, name, frame);
 }
 
-PushButton* button(QWidget& parent, const char* name, const QRect& frame,
-                   const std::function<void()>& action, ButtonSize size = ButtonSize::regular) {
-    auto* result = placed(new PushButton{size, &parent}, name, frame);
+/// Keeps presses, also while it is disabled: the window is not dragged by it.
+template <class Widget>
+Widget* control(Widget* widget) {
+    widget->setAttribute(Qt::WA_NoMousePropagation);
+    return widget;
+}
+
+QtButton* button(QWidget& parent, const char* name, const QRect& frame,
+                 const std::function<void()>& action) {
+    auto* result = control(placed(new QtButton{&parent}, name, frame));
     QObject::connect(result, &QPushButton::clicked, result, action);
     return result;
 }
 
-class FixedText final : public TextField {
-  public:
-    FixedText(const TextStyle& style, std::string_view text, QWidget* parent)
-        : TextField{style, parent} {
-        setText(text);
-    }
-};
+QPushButton* makeLink(const std::string& title, QWidget* parent) {
+    auto* link = control(new QPushButton{withoutMnemonic(toQString(title)), parent});
+    link->setFlat(true);
+    link->setFont(interfaceFont(11));
+    link->setCursor(Qt::PointingHandCursor);
+    link->setAutoDefault(false);
+    link->setFocusPolicy(Qt::StrongFocus);
+    return link;
+}
 
 std::string creditText(const std::string& version) {
     const std::string author = "by Verrin  \u00B7";
@@ -70,96 +88,106 @@ WindowContent::WindowContent(const WindowContext& context, const WindowActions& 
 
 void WindowContent::buildHeader(const WindowContext& context, const WindowActions& actions) {
     const TextStyle title{.pixels = 26, .weight = QFont::Bold};
-    titleLabel = placed(new FixedText{title, "Oxlade", this}, "titleLabel", {26, 552, 420, 32});
-    subtitleLabel = label(*this, "subtitleLabel", {27, 530, 520, 18},
-                          {.color = SemanticColor::secondaryLabelColor});
+    label(*this, "titleLabel", {26, 552, 420, 32}, title)->setStringValue("Oxlade");
+    controls_.subtitleLabel = label(*this, "subtitleLabel", {27, 530, 520, 18},
+                                    {.color = SemanticColor::secondaryLabelColor});
     const QStringList languages{QStringLiteral("EN"), QStringLiteral("RU")};
-    languageControl =
-        placed(new SegmentedSwitch{languages, int(CurrentLanguage), actions.languageChanged, this},
-               "languageControl", {636, 554, 100, 24});
-    girlView =
+    auto* language = new QtSegmentedControl{languages, static_cast<int>(CurrentLanguage),
+                                            actions.languageChanged, this};
+    controls_.languageControl = control(placed(language, "languageControl", {636, 554, 100, 24}));
+    controls_.girlView =
         placed(new WaitGirlView{context.reduceMotion, this}, "girlView", {24, 332, 260, 184});
 }
 
 void WindowContent::buildDeviceCard(const WindowActions& actions) {
-    deviceCard = placed(new CardView{this}, "deviceCard", {300, 416, 436, 100});
-    QWidget& card = *deviceCard;
-    deviceCaptionLabel = caption(card, "deviceCaptionLabel", {16, 76, 280, 14});
-    deviceCaptionLabel->nameWidget(card);
-    deviceStatusDot = placed(new StatusLight{&card}, "deviceStatusDot", {17, 55, 10, 10});
-    deviceStatusLabel = label(card, "deviceStatusLabel", {34, 50, 270, 20},
-                              {.pixels = 14, .weight = QFont::DemiBold});
-    deviceDetailLabel = label(card, "deviceDetailLabel", {16, 12, 290, 32},
-                              {.pixels = 12,
-                               .color = SemanticColor::secondaryLabelColor,
-                               .truncation = Truncation::twoLines});
-    checkButton = button(card, "checkButton", {320, 34, 104, 32}, actions.checkDevice);
+    QWidget& card = *placed(new CardView{this}, "deviceCard", {300, 416, 436, 100});
+    auto* caption = makeCaption(card, "deviceCaptionLabel", {16, 76, 280, 14});
+    caption->nameWidget(card);
+    controls_.deviceCaptionLabel = caption;
+    controls_.deviceStatusDot = placed(new QtStatusDot{&card}, "deviceStatusDot", {17, 55, 10, 10});
+    controls_.deviceStatusLabel = label(card, "deviceStatusLabel", {34, 50, 270, 20},
+                                        {.pixels = 14, .weight = QFont::DemiBold});
+    controls_.deviceDetailLabel = label(card, "deviceDetailLabel", {16, 12, 290, 32},
+                                        {.pixels = 12,
+                                         .color = SemanticColor::secondaryLabelColor,
+                                         .truncation = Truncation::twoLines});
+    controls_.checkButton = button(card, "checkButton", {320, 34, 104, 32}, actions.checkDevice);
 }
 
 void WindowContent::buildFirmwareCard(const WindowActions& actions) {
-    firmwareCard = placed(new CardView{this}, "firmwareCard", {300, 332, 436, 72});
-    QWidget& card = *firmwareCard;
-    firmwareCaptionLabel = caption(card, "firmwareCaptionLabel", {16, 48, 190, 14});
-    firmwareCaptionLabel->nameWidget(card);
+    QWidget& card = *placed(new CardView{this}, "firmwareCard", {300, 332, 436, 72});
+    auto* caption = makeCaption(card, "firmwareCaptionLabel", {16, 48, 190, 14});
+    caption->nameWidget(card);
+    controls_.firmwareCaptionLabel = caption;
     const TextStyle style{.weight = QFont::Medium, .truncation = Truncation::middle};
-    firmwareLabel = placed(new FileTextLabel{style, &card}, "firmwareLabel", {16, 18, 190, 20});
-    builtinButton = button(card, "builtinButton", {212, 20, 104, 32}, actions.useBundledFirmware);
-    chooseButton = button(card, "chooseButton", {320, 20, 104, 32}, actions.chooseFirmware);
+    controls_.firmwareLabel =
+        placed(new QtFileLabel{style, &card}, "firmwareLabel", {16, 18, 190, 20});
+    controls_.builtinButton =
+        button(card, "builtinButton", {212, 20, 104, 32}, actions.useBundledFirmware);
+    controls_.chooseButton =
+        button(card, "chooseButton", {320, 20, 104, 32}, actions.chooseFirmware);
 }
 
 void WindowContent::buildProgressCard(const WindowActions& actions) {
-    progressCard = placed(new CardView{this}, "progressCard", {24, 232, 712, 84});
-    QWidget& card = *progressCard;
-    operationLabel = label(card, "operationLabel", {16, 52, 440, 18}, {.weight = QFont::Medium});
-    percentLabel = label(card, "percentLabel", {456, 52, 80, 18},
-                         {.color = SemanticColor::secondaryLabelColor,
-                          .alignment = Qt::AlignRight,
-                          .monospacedDigits = true,
-                          .quiet = true}); // the bar says it
-    progress = placed(new ProgressBar{&card}, "progress", {16, 22, 520, 20});
-    operationLabel->nameWidget(*progress);
-    installButton = button(card, "installButton", {552, 22, 148, 40}, actions.installFirmware,
-                           ButtonSize::large);
-    installButton->setFilled(true);
+    QWidget& card = *placed(new CardView{this}, "progressCard", {24, 232, 712, 84});
+    auto* operation = label(card, "operationLabel", {16, 52, 440, 18}, {.weight = QFont::Medium});
+    controls_.percentLabel = label(card, "percentLabel", {456, 52, 80, 18},
+                                   {.color = SemanticColor::secondaryLabelColor,
+                                    .alignment = Qt::AlignRight,
+                                    .tabularDigits = true,
+                                    .quiet = true}); // the bar says it
+    controls_.operationLabel = operation;
+    auto* progress = control(placed(new QtProgressIndicator{&card}, "progress", {16, 22, 520, 20}));
+    operation->nameWidget(*progress);
+    controls_.progress = progress;
+    auto* install = button(card, "installButton", {552, 22, 148, 40}, actions.installFirmware);
+    install->setDefault(true);
+    install->setFont(interfaceFont(13, QFont::Medium));
+    controls_.installButton = install;
 }
 
 void WindowContent::buildLog() {
-    logCaptionLabel = caption(*this, "logCaptionLabel", {28, 206, 300, 14});
-    logScrollView = placed(new LogPanel{this}, "logScrollView", {24, 44, 712, 156});
-    logView = placed(new LogTextView{logScrollView}, "logView", {0, 0, 712, 156});
-    logCaptionLabel->nameWidget(*logView);
+    auto* caption = makeCaption(*this, "logCaptionLabel", {28, 206, 300, 14});
+    controls_.logCaptionLabel = caption;
+    logScrollView_ = control(placed(new LogScrollView{this}, "logScrollView", {24, 44, 712, 156}));
+    logView_ = placed(new QtLogView{logScrollView_}, "logView", {0, 0, 712, 156});
+    caption->nameWidget(*logView_);
+    controls_.logView = logView_;
 }
 
 void WindowContent::buildCreditLine(const WindowContext& context, const WindowActions& actions) {
     const TextStyle style{.pixels = 11, .color = SemanticColor::secondaryLabelColor};
-    creditLabel = new TextLabel{style, this};
+    auto* creditLabel = new QtLabel{style, this};
     creditLabel->setStringValue(creditText(context.version));
-    websiteLink = new LinkButton{toQString(context.websiteLabel), this};
-    connect(websiteLink, &QPushButton::clicked, this, actions.openWebsite);
-    const int credit = creditLabel->sizeHint().width(), link = websiteLink->sizeHint().width();
+    websiteLink_ = makeLink(context.websiteLabel, this);
+    connect(websiteLink_, &QPushButton::clicked, this, actions.openWebsite);
+    const int credit = creditLabel->sizeHint().width(), link = websiteLink_->sizeHint().width();
     constexpr int gap = 4, y = 15, height = 14;
-    const int x = int(std::floor((contentSize.width() - (credit + gap + link)) * 0.5));
+    const int x = static_cast<int>(std::floor((contentSize.width() - (credit + gap + link)) * 0.5));
     placed(creditLabel, "creditLabel", {x, y, credit, height});
-    placed(websiteLink, "websiteLink", {x + credit + gap, y, link, height});
+    placed(websiteLink_, "websiteLink", {x + credit + gap, y, link, height});
 }
 
 void WindowContent::paintEvent(QPaintEvent*) {
     QPainter painter{this};
-    if (logView->showsFocus())
-        drawFocusRing(painter, logScrollView->geometry(), LogPanel::cornerRadius, palette());
-    if (websiteLink->showsFocus()) drawFocusRing(painter, websiteLink->geometry(), 2, palette());
+    if (showsKeyboardFocus(*logView_))
+        drawFocusRing(painter, logScrollView_->geometry(), panelRadius, palette());
+    if (showsKeyboardFocus(*websiteLink_))
+        drawFocusRing(painter, websiteLink_->geometry(), 2, palette());
 }
 
-bool WindowContent::isBackground(const QPoint& at) const {
-    const auto isControl = [](const QWidget* widget) {
-        return dynamic_cast<const QAbstractButton*>(widget) != nullptr ||
-               dynamic_cast<const SegmentedSwitch*>(widget) != nullptr ||
-               dynamic_cast<const ProgressBar*>(widget) != nullptr ||
-               dynamic_cast<const LogPanel*>(widget) != nullptr;
-    };
-    for (const QWidget* hit = childAt(at); hit != nullptr && hit != this; hit = hit->parentWidget())
-        if (isControl(hit)) return false;
-    return true;
+void WindowContent::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) pressedAt_ = event->globalPosition().toPoint();
 }
+
+void WindowContent::mouseMoveEvent(QMouseEvent* event) {
+    if (!pressedAt_) return;
+    const QPoint moved = event->globalPosition().toPoint() - *pressedAt_;
+    if (moved.manhattanLength() < QApplication::startDragDistance() / 2) return;
+    pressedAt_.reset();
+    window()->windowHandle()->startSystemMove();
+}
+
+void WindowContent::mouseReleaseEvent(QMouseEvent*) { pressedAt_.reset(); }
 
 } // namespace oxlade

@@ -1,70 +1,55 @@
-// Everything that stands in the window, built once. Main thread.
+// The controls of the window, built once. Main thread.
 #pragma once
 
 #include "interfaces/user_interface.h"
-#include "ui/labels.h"
-#include "ui/log_text_view.h"
-#include "ui/push_button.h"
-#include "ui/segmented_switch.h"
-#include "ui/sprites/wait_girl_view.h"
-#include "ui/status_views.h"
 
+#include <QPoint>
+#include <QRect>
 #include <QSize>
+#include <QWidget>
 
 #include <functional>
+#include <optional>
 #include <string>
+
+class QPushButton;
 
 namespace oxlade {
 
-/// What the window has to be told of the program.
+class LogScrollView;
+class QtLogView;
+
+/// What the window shows and asks of the program.
 struct WindowContext {
     std::string version;      ///< for the credit line; may be empty
     std::string websiteLabel; ///< the title of the website link: the host's name
-    /// Whether the user wants less motion; asked at each start of the figure, and
-    /// expected to answer at once. Empty: never.
+    /// Whether the user wants reduced motion; called at each start of the waiting figure.
+    /// Empty: never.
     std::function<bool()> reduceMotion;
 };
+
+/// Converts a frame from the layout's coordinates, which are in points (logical pixels) and
+/// count y upwards from the parent's bottom edge, to Qt's.
+constexpr QRect fromBottomLeft(const QRect& frame, int parentHeight) {
+    return {frame.x(), parentHeight - frame.y() - frame.height(), frame.width(), frame.height()};
+}
 
 /// In points.
 inline constexpr QSize contentSize{760, 620};
 
-/// The window's content: the controls by their names, which are also their object
-/// names. All are children of the content; none has a text that depends on the
-/// language or the state yet.
+/// Everything below the menu bar. No control has a text that depends on the language or the
+/// state yet. Dragging anything that is not a control moves the window.
 class WindowContent final : public QWidget {
   public:
     WindowContent(const WindowContext& context, const WindowActions& actions, QWidget* parent);
 
-    TextField* titleLabel = nullptr;
-    TextLabel* subtitleLabel = nullptr;
-    SegmentedSwitch* languageControl = nullptr;
-    WaitGirlView* girlView = nullptr;
-    CardView* deviceCard = nullptr;
-    TextLabel* deviceCaptionLabel = nullptr;
-    StatusLight* deviceStatusDot = nullptr;
-    TextLabel* deviceStatusLabel = nullptr;
-    TextLabel* deviceDetailLabel = nullptr;
-    PushButton* checkButton = nullptr;
-    CardView* firmwareCard = nullptr;
-    TextLabel* firmwareCaptionLabel = nullptr;
-    FileTextLabel* firmwareLabel = nullptr;
-    PushButton* builtinButton = nullptr;
-    PushButton* chooseButton = nullptr;
-    CardView* progressCard = nullptr;
-    TextLabel* operationLabel = nullptr;
-    TextLabel* percentLabel = nullptr;
-    ProgressBar* progress = nullptr;
-    PushButton* installButton = nullptr;
-    TextLabel* logCaptionLabel = nullptr;
-    LogPanel* logScrollView = nullptr;
-    LogTextView* logView = nullptr;
-    TextLabel* creditLabel = nullptr;
-    LinkButton* websiteLink = nullptr;
-
-    /// Whether the window can be dragged by what stands at this point.
-    bool isBackground(const QPoint& at) const;
+    /// Its children, whose object names are the members' names; `window` is null.
+    const Controls& controls() const { return controls_; }
 
   protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     /// Draws the focus rings that have no room within their controls.
     void paintEvent(QPaintEvent* event) override;
 
@@ -75,6 +60,12 @@ class WindowContent final : public QWidget {
     void buildProgressCard(const WindowActions& actions);
     void buildLog();
     void buildCreditLine(const WindowContext& context, const WindowActions& actions);
+
+    Controls controls_;
+    LogScrollView* logScrollView_ = nullptr; ///< this and the next two are children
+    QtLogView* logView_ = nullptr;
+    QPushButton* websiteLink_ = nullptr;
+    std::optional<QPoint> pressedAt_; ///< on the screen; set while a drag can begin
 };
 
 } // namespace oxlade

@@ -17,6 +17,7 @@
 #include "platform/sleep_lock.h"
 #include "platform/user_environment.h"
 #include "ui/main_window.h"
+#include "ui/qt_log_view.h"
 #include "ui/qt_user_interface.h"
 
 #include <QApplication>
@@ -46,7 +47,7 @@ What whatOf(const char* word) {
 
 class Measurement final {
   public:
-    Measurement(AppDelegate& delegate, TimedProcesses& processes, LogTextView& log, bool untilExit)
+    Measurement(AppDelegate& delegate, TimedProcesses& processes, QtLogView& log, bool untilExit)
         : delegate_{delegate}, processes_{processes}, log_{log}, untilExit_{untilExit} {}
 
     void begin(What what) {
@@ -75,7 +76,7 @@ class Measurement final {
 
     AppDelegate& delegate_;
     TimedProcesses& processes_;
-    LogTextView& log_;
+    QtLogView& log_;
     bool untilExit_;
     FloodReport report_;
     QElapsedTimer time_;
@@ -109,7 +110,8 @@ int main(int argc, char* argv[]) {
     delegate->applicationDidFinishLaunching();
 
     auto& window = static_cast<MainWindow&>(*userInterface.window());
-    Measurement measurement{*delegate, timedProcesses, *window.content().logView, argc > 3};
+    auto& log = dynamic_cast<QtLogView&>(*window.controls().logView);
+    Measurement measurement{*delegate, timedProcesses, log, argc > 3};
     // When the window stands and is painted.
     QTimer::singleShot(500, [&] { measurement.begin(whatOf(argv[2])); });
     return QApplication::exec();

@@ -10,53 +10,42 @@ using namespace oxlade;
 
 namespace {
 
-class QuietLabel final : public FileLabel {
+/// Any control of the window: does nothing.
+class QuietControl final : public Window,
+                           public FileLabel,
+                           public StatusDot,
+                           public Button,
+                           public SegmentedControl,
+                           public ProgressIndicator,
+                           public LogView,
+                           public WaitingFigure {
   public:
+    void makeKeyAndOrderFront() override {}
     void setStringValue(std::string_view text) override { benchmark::DoNotOptimize(text); }
     void setToolTip(std::string_view text) override { benchmark::DoNotOptimize(text); }
     void setTextColor(SemanticColor color) override { benchmark::DoNotOptimize(color); }
-};
-class QuietDot final : public StatusDot {
     void setBackgroundColor(SemanticColor color) override { benchmark::DoNotOptimize(color); }
-};
-class QuietButton final : public Button {
     void setTitle(std::string_view title) override { benchmark::DoNotOptimize(title); }
     void setEnabled(bool enabled) override { benchmark::DoNotOptimize(enabled); }
-};
-class QuietSegments final : public SegmentedControl {
     int selectedSegment() const override { return 0; }
-};
-class QuietBar final : public ProgressIndicator {
     void setDoubleValue(double value) override { benchmark::DoNotOptimize(value); }
-};
-class QuietLog final : public LogView {
     void append(std::string_view text) override { benchmark::DoNotOptimize(text); }
-};
-class QuietFigure final : public WaitingFigure {
     void startWaiting() override {}
     void stopWaiting() override {}
-};
-class QuietWindow final : public Window {
-    void makeKeyAndOrderFront() override {}
 };
 
 class QuietInterface final : public UserInterface {
     Controls buildWindow(WindowActions) override {
-        return {window_, label_,  segments_, figure_, label_, dot_,   label_,
-                label_,  label_,  label_,    label_,  label_, label_, button_,
-                button_, button_, button_,   bar_,    log_};
+        Controls controls;
+#define OXLADE_CONTROL(Interface, name) controls.name = &control_;
+        OXLADE_FOR_EACH_CONTROL(OXLADE_CONTROL)
+#undef OXLADE_CONTROL
+        return controls;
     }
     void setMainMenu(const MenuTree&) override {}
     void activateIgnoringOtherApps() override {}
 
-    QuietWindow window_;
-    QuietLabel label_;
-    QuietSegments segments_;
-    QuietFigure figure_;
-    QuietDot dot_;
-    QuietButton button_;
-    QuietBar bar_;
-    QuietLog log_;
+    QuietControl control_;
 };
 
 void applyProgressLine(benchmark::State& state) {

@@ -1,14 +1,15 @@
-// Controls that keep what they are told and write down what changed.
+// Fake controls: each keeps what it is told and traces what changed.
 //
-// A refresh is written down as one line, its changes after it; likewise an update
-// of the buttons, which ends with the list of those that are enabled.
+// A refresh is traced as one line, followed by its changes; an update of the buttons as one
+// line that lists those that are enabled.
 #pragma once
 
 #include "interfaces/controls.h"
 #include "tests/testing/trace.h"
 
-#include <array>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace oxlade::test {
@@ -32,27 +33,39 @@ inline const char* nameOf(SemanticColor color) {
     }
 }
 
-/// Base of all: knows its name and where to write.
-class Named {
+/// What a fake writes to: the trace, and the names of the buttons enabled so far.
+struct Recorder {
+    Trace& trace;
+    std::string enabledButtons;
+};
+
+class FakeControl {
   public:
-    Named(Trace& trace, std::string name) : trace_{trace}, name_{std::move(name)} {}
+    FakeControl(Recorder& recorder, std::string name)
+        : recorder_{recorder}, name_{std::move(name)} {}
 
   protected:
+    void add(const std::string& line) { recorder_.trace.add(line); }
     template <class Value>
     void keep(std::optional<Value>& slot, const Value& value, const std::string& line) {
         if (slot == value) return;
         slot = value;
-        trace_.add("  " + name_ + ' ' + line);
+        add("  " + name_ + ' ' + line);
     }
-    Trace& trace_;
+    Recorder& recorder_;
     std::string name_;
 };
 
-class FakeLabel final : public FileLabel, Named {
+/// The fake of an interface.
+template <class Interface>
+class Fake;
+
+template <>
+class Fake<FileLabel> : public FileLabel, FakeControl {
   public:
-    using Named::Named;
+    using FakeControl::FakeControl;
     void setStringValue(std::string_view value) override {
-        if (name_ == "subtitleLabel") trace_.add("refreshTexts");
+        if (name_ == "subtitleLabel") add("refreshTexts");
         keep(text, std::string{value}, inQuotes(value));
     }
     void setToolTip(std::string_view value) override {
@@ -64,135 +77,100 @@ class FakeLabel final : public FileLabel, Named {
     std::optional<SemanticColor> color;
 };
 
-class FakeDot final : public StatusDot, Named {
+template <>
+class Fake<Label> final : public Fake<FileLabel> {
+    using Fake<FileLabel>::Fake;
+};
+
+template <>
+class Fake<StatusDot> final : public StatusDot, FakeControl {
   public:
-    using Named::Named;
+    using FakeControl::FakeControl;
     void setBackgroundColor(SemanticColor value) override { keep(color, value, nameOf(value)); }
     std::optional<SemanticColor> color;
 };
 
-class FakeButton final : public Button, Named {
+template <>
+class Fake<Button> final : public Button, FakeControl {
   public:
-    FakeButton(Trace& trace, std::string name, std::string& enabledNow)
-        : Named{trace, std::move(name)}, enabledNow_{enabledNow} {}
+    using FakeControl::FakeControl;
     void setTitle(std::string_view value) override {
         keep(title, std::string{value}, inQuotes(value));
     }
     void setEnabled(bool value) override {
         enabled = value;
-        if (value) enabledNow_ += ' ' + name_;
+        if (value) recorder_.enabledButtons += ' ' + name_;
         // The last of the four that are updated.
-        if (name_ == "installButton") trace_.add("updateButtons:" + std::exchange(enabledNow_, {}));
+        if (name_ == "installButton")
+            add("updateButtons:" + std::exchange(recorder_.enabledButtons, {}));
     }
     std::optional<std::string> title;
     bool enabled = true;
-
-  private:
-    std::string& enabledNow_;
 };
 
-class FakeSegments final : public SegmentedControl {
+template <>
+class Fake<SegmentedControl> final : public SegmentedControl, FakeControl {
   public:
+    using FakeControl::FakeControl;
     int selectedSegment() const override { return selected; }
     int selected = 0;
 };
 
-class FakeProgress final : public ProgressIndicator {
+template <>
+class Fake<ProgressIndicator> final : public ProgressIndicator, FakeControl {
   public:
-    explicit FakeProgress(Trace& trace) : trace_{trace} {}
+    using FakeControl::FakeControl;
     void setDoubleValue(double newValue) override {
         value = newValue;
-        trace_.add("progress " + number(newValue));
+        add("progress " + number(newValue));
     }
     double value = 0;
-
-  private:
-    Trace& trace_;
 };
 
-class FakeLog final : public LogView {
+template <>
+class Fake<LogView> final : public LogView, FakeControl {
   public:
-    explicit FakeLog(Trace& trace) : trace_{trace} {}
+    using FakeControl::FakeControl;
     void append(std::string_view added) override {
         text += added;
         ++appends;
-        trace_.add("log " + inQuotes(added));
+        add("log " + inQuotes(added));
     }
     std::string text;
     int appends = 0;
-
-  private:
-    Trace& trace_;
 };
 
-class FakeFigure final : public WaitingFigure {
+template <>
+class Fake<WaitingFigure> final : public WaitingFigure, FakeControl {
   public:
-    explicit FakeFigure(Trace& trace) : trace_{trace} {}
-    void startWaiting() override { trace_.add("startWaiting"); }
-    void stopWaiting() override { trace_.add("stopWaiting"); }
-
-  private:
-    Trace& trace_;
+    using FakeControl::FakeControl;
+    void startWaiting() override { add("startWaiting"); }
+    void stopWaiting() override { add("stopWaiting"); }
 };
 
-class FakeWindow final : public Window {
+template <>
+class Fake<Window> final : public Window, FakeControl {
   public:
-    explicit FakeWindow(Trace& trace) : trace_{trace} {}
-    void makeKeyAndOrderFront() override { trace_.add("makeKeyAndOrderFront"); }
-
-  private:
-    Trace& trace_;
+    using FakeControl::FakeControl;
+    void makeKeyAndOrderFront() override { add("makeKeyAndOrderFront"); }
 };
 
+/// A fake for each control, by its name.
 struct FakeControls {
-    explicit FakeControls(Trace& trace)
-        : window{trace}, subtitleLabel{trace, "subtitleLabel"}, girlView{trace},
-          deviceCaptionLabel{trace, "deviceCaptionLabel"}, deviceStatusDot{trace,
-                                                                           "deviceStatusDot"},
-          deviceStatusLabel{trace, "deviceStatusLabel"}, deviceDetailLabel{trace,
-                                                                           "deviceDetailLabel"},
-          firmwareCaptionLabel{trace, "firmwareCaptionLabel"}, firmwareLabel{trace,
-                                                                             "firmwareLabel"},
-          operationLabel{trace, "operationLabel"}, percentLabel{trace, "percentLabel"},
-          logCaptionLabel{trace, "logCaptionLabel"}, checkButton{trace, "checkButton", enabledNow},
-          chooseButton{trace, "chooseButton", enabledNow}, builtinButton{trace, "builtinButton",
-                                                                         enabledNow},
-          installButton{trace, "installButton", enabledNow}, progress{trace}, logView{trace} {}
+    explicit FakeControls(Trace& trace) : recorder{trace, {}} {}
 
-    Controls references() {
-        return {window,
-                subtitleLabel,
-                languageControl,
-                girlView,
-                deviceCaptionLabel,
-                deviceStatusDot,
-                deviceStatusLabel,
-                deviceDetailLabel,
-                firmwareCaptionLabel,
-                firmwareLabel,
-                operationLabel,
-                percentLabel,
-                logCaptionLabel,
-                checkButton,
-                chooseButton,
-                builtinButton,
-                installButton,
-                progress,
-                logView};
+    Controls pointers() {
+        Controls result;
+#define OXLADE_CONTROL(Interface, name) result.name = &name;
+        OXLADE_FOR_EACH_CONTROL(OXLADE_CONTROL)
+#undef OXLADE_CONTROL
+        return result;
     }
 
-    std::string enabledNow;
-    FakeWindow window;
-    FakeLabel subtitleLabel;
-    FakeSegments languageControl;
-    FakeFigure girlView;
-    FakeLabel deviceCaptionLabel;
-    FakeDot deviceStatusDot;
-    FakeLabel deviceStatusLabel, deviceDetailLabel, firmwareCaptionLabel, firmwareLabel;
-    FakeLabel operationLabel, percentLabel, logCaptionLabel;
-    FakeButton checkButton, chooseButton, builtinButton, installButton;
-    FakeProgress progress;
-    FakeLog logView;
+    Recorder recorder;
+#define OXLADE_CONTROL(Interface, name) Fake<Interface> name{recorder, #name};
+    OXLADE_FOR_EACH_CONTROL(OXLADE_CONTROL)
+#undef OXLADE_CONTROL
 };
 
 } // namespace oxlade::test

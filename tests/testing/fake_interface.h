@@ -1,4 +1,4 @@
-// A user interface that gives fake controls and keeps the menu.
+// A user interface of fake controls that keeps the menu.
 #pragma once
 
 #include "interfaces/user_interface.h"
@@ -11,7 +11,7 @@ class FakeInterface final : public UserInterface {
     FakeInterface(Trace& trace, FakeControls& controls) : trace_{trace}, controls_{controls} {}
     Controls buildWindow(WindowActions) override {
         trace_.add("buildWindow");
-        return controls_.references();
+        return controls_.pointers();
     }
     void setMainMenu(const MenuTree& newMenu) override {
         menu = newMenu;

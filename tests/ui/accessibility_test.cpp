@@ -1,146 +1,199 @@
-// What a screen reader gets to know.
+// What screen readers get. That changes are announced, and once, is tested on a real bus in
+// tests/e2e: events reach nobody without a display.
 #include "tests/ui/program.h"
+#include "ui/accessibility.h"
+#include "ui/text.h"
 
 #include <QAccessible>
-#include <QApplication>
 #include <QElapsedTimer>
-
-#include <gtest/gtest.h>
+#include <QRadioButton>
+#include <QToolTip>
 
 namespace oxlade::test {
 namespace {
 
-class AccessibilityTest : public ::testing::Test {
+class AccessibilityTest : public ProgramTest {
   protected:
-    AccessibilityTest() {
-        program.start();
-        QApplication::processEvents();
+    static QAccessibleInterface& access(QObject* widget) {
+        return *QAccessible::queryAccessibleInterface(widget);
     }
     static std::string name(QWidget* widget) {
-        return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).toStdString();
+        return toUtf8(access(widget).text(QAccessible::Name));
     }
-    static QAccessible::Role role(QWidget* widget) {
-        return QAccessible::queryAccessibleInterface(widget)->role();
-    }
-    WindowContent& content() { return program.content(); }
-    Program program;
 };
 
-TEST_F(AccessibilityTest, LabelsAreTextsNamedByWhatTheyShow) {
-    for (TextLabel* label : {content().subtitleLabel, content().deviceStatusLabel,
-                             content().deviceDetailLabel, content().operationLabel}) {
-        EXPECT_EQ(role(label), QAccessible::StaticText);
-        EXPECT_EQ(name(label), label->text().toStdString());
-        EXPECT_FALSE(name(label).empty());
-    }
-    EXPECT_EQ(name(content().titleLabel), "Oxlade");
-}
-
-TEST_F(AccessibilityTest, ButtonsAreButtonsNamedByTheirTitles) {
-    const auto expectButton = [](QWidget* button, const char* title) {
-        EXPECT_EQ(role(button), QAccessible::PushButton);
-        EXPECT_EQ(name(button), title);
+TEST_F(AccessibilityTest, RolesAndNames) {
+    const Widgets all = widgets();
+    program.delegate->setOperation("op.write", 42);
+    const std::tuple<QWidget*, QAccessible::Role, const char*> rows[] = {
+        {all.titleLabel, QAccessible::StaticText, "Oxlade"},
+        {all.percentLabel, QAccessible::StaticText, "42%"},
+        {all.languageControl, QAccessible::Grouping, ""},
+        {all.girlView, QAccessible::Whitespace, ""},
+        {all.deviceStatusDot, QAccessible::Whitespace, ""},
+        {all.deviceCard, QAccessible::Grouping, "DEVICE"},
+        {all.firmwareCard, QAccessible::Grouping, "FIRMWARE"},
+        {all.progressCard, QAccessible::Grouping, ""},
+        {all.progress, QAccessible::ProgressBar, "Writing OS"},
+        {all.chooseButton, QAccessible::PushButton, "Choose\u2026"},
+        {all.websiteLink, QAccessible::PushButton, "oxlade.example"},
+        {all.logView, QAccessible::EditableText, "LOG"}, // the bus calls this role "text"
     };
-    expectButton(content().checkButton, "Check");
-    expectButton(content().builtinButton, "Bundled");
-    expectButton(content().chooseButton, "Choose\u2026");
-    expectButton(content().installButton, "Flash OS");
-    expectButton(content().websiteLink, "oxlade.example");
+    for (const auto& [widget, role, text] : rows) {
+        EXPECT_EQ(access(widget).role(), role) << widget->objectName().toStdString();
+        EXPECT_EQ(name(widget), text) << widget->objectName().toStdString();
+    }
 }
 
 TEST_F(AccessibilityTest, AButtonCanBePressed) {
-    QAccessibleInterface* check = QAccessible::queryAccessibleInterface(content().checkButton);
-    ASSERT_NE(check->actionInterface(), nullptr);
-    check->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    // The toolkit shows the press for a moment before it acts.
+    access(widgets().checkButton)
+        .actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
+    // Qt shows the press for a moment before it acts.
     QElapsedTimer deadline;
     deadline.start();
-    while (program.processes.made == 0 && !deadline.hasExpired(10'000))
+    while (program.processes.made == 0 && !deadline.hasExpired(30'000))
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(program.processes.made, 1);
-    EXPECT_TRUE(check->state().disabled);
+    EXPECT_TRUE(access(widgets().checkButton).state().disabled);
 }
 
-TEST_F(AccessibilityTest, TheLanguagesAreTwoRadioButtons) {
-    QAccessibleInterface* control =
-        QAccessible::queryAccessibleInterface(content().languageControl);
-    EXPECT_EQ(control->role(), QAccessible::Grouping);
-    ASSERT_EQ(control->childCount(), 2);
-    EXPECT_EQ(control->child(0)->text(QAccessible::Name), QStringLiteral("EN"));
-    EXPECT_EQ(control->child(1)->text(QAccessible::Name), QStringLiteral("RU"));
-    EXPECT_EQ(control->child(0)->role(), QAccessible::RadioButton);
-    EXPECT_TRUE(control->child(0)->state().checked);
-    EXPECT_FALSE(control->child(1)->state().checked);
-}
-
-TEST_F(AccessibilityTest, TheBarHasARangeAValueAndTheOperationsName) {
-    QAccessibleInterface* bar = QAccessible::queryAccessibleInterface(content().progress);
-    EXPECT_EQ(bar->role(), QAccessible::ProgressBar);
-    content().progress->setDoubleValue(15.5);
-    ASSERT_NE(bar->valueInterface(), nullptr);
-    EXPECT_EQ(bar->valueInterface()->currentValue().toDouble(), 15.5);
-    EXPECT_EQ(bar->valueInterface()->minimumValue().toDouble(), 0);
-    EXPECT_EQ(bar->valueInterface()->maximumValue().toDouble(), 100);
-    EXPECT_EQ(name(content().progress), "Ready");
-}
-
-TEST_F(AccessibilityTest, CardsAreGroupsAndTheLogIsATextNamedByTheirCaptions) {
-    EXPECT_EQ(role(content().deviceCard), QAccessible::Grouping);
-    EXPECT_EQ(name(content().deviceCard), "DEVICE");
-    EXPECT_EQ(name(content().firmwareCard), "FIRMWARE");
-    EXPECT_EQ(role(content().logView), QAccessible::EditableText) << "the bus calls it a text";
-    EXPECT_EQ(name(content().logView), "LOG");
-}
-
-TEST_F(AccessibilityTest, FigureAndLightAreDecoration) {
-    EXPECT_EQ(role(content().girlView), QAccessible::Whitespace);
-    EXPECT_TRUE(name(content().girlView).empty());
-    EXPECT_EQ(role(content().deviceStatusDot), QAccessible::Whitespace);
-    EXPECT_TRUE(name(content().deviceStatusDot).empty());
-}
-
-TEST_F(AccessibilityTest, ThePathOfTheImageIsItsPlainDescription) {
-    QAccessibleInterface* label = QAccessible::queryAccessibleInterface(content().firmwareLabel);
-    EXPECT_EQ(label->text(QAccessible::Description).toStdString(), bundledImage);
-}
-
-// Events reach nobody on this platform: that they come, and once, is for a test on a
-// real accessibility bus. Here: who sends them.
-TEST_F(AccessibilityTest, EveryNewTextIsToldButForThePercentage) {
-    for (const QWidget* widget : program.window().findChildren<QWidget*>()) {
-        const auto* field = dynamic_cast<const TextField*>(widget);
-        if (field == nullptr) continue;
-        EXPECT_EQ(field->style().quiet, field == content().percentLabel)
-            << field->objectName().toStdString();
+TEST_F(AccessibilityTest, TheLanguagesAreTwoRadioButtonsThatCanBePressed) {
+    QAccessibleInterface& control = access(widgets().languageControl);
+    ASSERT_EQ(control.childCount(), 2);
+    for (const int i : {0, 1}) {
+        QAccessibleInterface& segment = *control.child(i);
+        EXPECT_EQ(segment.role(), QAccessible::RadioButton);
+        EXPECT_EQ(segment.text(QAccessible::Name),
+                  i == 0 ? QStringLiteral("EN") : QStringLiteral("RU"));
+        EXPECT_EQ(segment.state().checked, i == 0);
+    }
+    for (const auto& action :
+         {QAccessibleActionInterface::toggleAction(), QAccessibleActionInterface::pressAction()}) {
+        const std::int64_t other = 1 - CurrentLanguage;
+        control.child(static_cast<int>(other))->actionInterface()->doAction(action);
+        EXPECT_EQ(CurrentLanguage, other) << action.toStdString();
     }
 }
 
-TEST_F(AccessibilityTest, ThePercentageCanBeAskedFor) {
-    program.delegate->setOperation("op.write", 42);
-    EXPECT_EQ(name(content().percentLabel), "42%");
-    EXPECT_EQ(name(content().progress), "Writing OS");
+TEST_F(AccessibilityTest, TheBarHasARangeAndAValue) {
+    QAccessibleInterface& bar = access(widgets().progress);
+    widgets().progress->setDoubleValue(15.5);
+    ASSERT_NE(bar.valueInterface(), nullptr);
+    EXPECT_EQ(bar.valueInterface()->currentValue().toDouble(), 15.5);
+    EXPECT_EQ(bar.valueInterface()->minimumValue().toDouble(), 0);
+    EXPECT_EQ(bar.valueInterface()->maximumValue().toDouble(), 100);
+    EXPECT_TRUE(bar.state().readOnly);
 }
 
-TEST_F(AccessibilityTest, EverythingThatCanHaveTheKeyboardOrShowsAnythingHasAName) {
-    program.delegate->setOperation("op.write", 42); // the percentage is empty before
-    for (QWidget* widget : content().findChildren<QWidget*>()) {
-        ASSERT_NE(widget, nullptr);
-        const bool shows = dynamic_cast<TextField*>(widget) || dynamic_cast<CardView*>(widget) ||
-                           dynamic_cast<ProgressBar*>(widget);
-        const bool hasOne = shows || widget->focusPolicy() != Qt::NoFocus;
-        // The progress card stands by itself; the bar in it has the operation's name.
-        if (!hasOne || widget == content().progressCard) continue;
-        EXPECT_FALSE(name(widget).empty()) << widget->objectName().toStdString();
+TEST_F(AccessibilityTest, ThePathOfTheImageIsPlainInDescriptionAndToolTip) {
+    QtFileLabel& label = *widgets().firmwareLabel;
+    const QString path = QString::fromStdString(bundledImage);
+    EXPECT_EQ(access(&label).text(QAccessible::Description), path);
+    QToolTip::showText({}, label.toolTip(), &label);
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (!window->inherits("QTipLabel")) continue;
+        EXPECT_EQ(access(window).role(), QAccessible::ToolTip);
+        EXPECT_EQ(access(window).text(QAccessible::Name), path);
+        return QToolTip::hideText();
+    }
+    FAIL() << "no tool tip";
+}
+
+TEST_F(AccessibilityTest, OnlyThePercentageIsNotAnnounced) {
+    for (const QWidget* widget : content().findChildren<QWidget*>()) {
+        const auto* label = dynamic_cast<const LabelView*>(widget);
+        if (label == nullptr) continue;
+        EXPECT_EQ(label->style().quiet, widget == widgets().percentLabel);
     }
 }
 
-TEST_F(AccessibilityTest, NamesFollowTheLanguage) {
-    CurrentLanguage = 1;
-    program.delegate->refreshTexts();
-    EXPECT_EQ(name(content().deviceCard), "УСТРОЙСТВО");
-    EXPECT_EQ(name(content().logView), "ЖУРНАЛ");
-    EXPECT_EQ(name(content().installButton), "Прошить OS");
-    EXPECT_EQ(name(content().progress), "Готово");
+class LogAccessTest : public ::testing::Test {
+  protected:
+    LogAccessTest() {
+        installAccessibility();
+        window.resize(712, 156);
+        log.resize(window.size());
+        window.show();
+        QApplication::processEvents();
+        access = QAccessible::queryAccessibleInterface(&log);
+    }
+    QAccessibleTextInterface& text() { return *access->textInterface(); }
+    std::string whole() { return toUtf8(text().text(0, text().characterCount())); }
+    std::string at(int offset, QAccessible::TextBoundaryType type) {
+        int from = -1, to = -1;
+        const QString found = text().textAtOffset(offset, type, &from, &to);
+        EXPECT_EQ(found, text().text(from, to));
+        return toUtf8(found);
+    }
+    std::string selected() {
+        int from = -1, to = -1;
+        text().selection(0, &from, &to);
+        return toUtf8(text().text(from, to));
+    }
+    QWidget window;
+    QtLogView log{&window};
+    QAccessibleInterface* access = nullptr;
+};
+
+TEST_F(LogAccessTest, CannotBeEdited) {
+    EXPECT_EQ(access->editableTextInterface(), nullptr);
+    EXPECT_TRUE(access->state().readOnly);
+    EXPECT_FALSE(access->state().editable);
+    EXPECT_TRUE(access->state().multiLine);
+}
+
+TEST_F(LogAccessTest, GivesWhatWasAppendedAtOnceAndWithoutTheViewsBreaks) {
+    const std::string line(10'000, 'x');
+    log.append(line + std::string(1, '\0'));
+    EXPECT_EQ(whole(), line + "\u2400") << "the bus would cut it at a NUL";
+    for (int i = 0; i < 20'000; ++i) log.append("more and more\n");
+    ASSERT_TRUE(log.isBehind());
+    EXPECT_EQ(text().characterCount(), 10'001 + 20'000 * 14);
+    log.flush();
+    EXPECT_EQ(whole(), toUtf8(withVisibleNuls(log.string())));
+}
+
+TEST_F(LogAccessTest, KnowsLinesAndWords) {
+    log.append("one two\nthree\n\nlast");
+    EXPECT_EQ(at(0, QAccessible::LineBoundary), "one two\n");
+    EXPECT_EQ(at(7, QAccessible::LineBoundary), "one two\n") << "its ending belongs to it";
+    EXPECT_EQ(at(8, QAccessible::LineBoundary), "three\n");
+    EXPECT_EQ(at(14, QAccessible::LineBoundary), "\n");
+    EXPECT_EQ(at(19, QAccessible::LineBoundary), "last");
+    EXPECT_EQ(at(5, QAccessible::WordBoundary), "two");
+    EXPECT_EQ(at(4, QAccessible::CharBoundary), "t");
+    int from = -1, to = -1;
+    EXPECT_EQ(text().textAfterOffset(0, QAccessible::LineBoundary, &from, &to),
+              QStringLiteral("three\n"));
+    EXPECT_EQ(text().textBeforeOffset(8, QAccessible::LineBoundary, &from, &to),
+              QStringLiteral("one two\n"));
+    EXPECT_EQ(text().textBeforeOffset(0, QAccessible::LineBoundary, &from, &to), QString{});
+    EXPECT_EQ(text().textAfterOffset(18, QAccessible::LineBoundary, &from, &to), QString{});
+}
+
+TEST_F(LogAccessTest, SelectsByThePositionsOfTheText) {
+    log.append(std::string(5000, 'x') + "end of it\n");
+    log.flush();
+    text().setSelection(0, 5000, 5003);
+    EXPECT_EQ(selected(), "end");
+    EXPECT_EQ(toUtf8(log.textCursor().selectedText()), "end") << "the view has a break more";
+    EXPECT_EQ(text().cursorPosition(), 5003);
+    text().removeSelection(0);
+    EXPECT_EQ(text().selectionCount(), 0);
+    EXPECT_EQ(text().cursorPosition(), 5003);
+    text().addSelection(0, 3);
+    EXPECT_EQ(selected(), "xxx");
+    log.selectEverything();
+    EXPECT_EQ(selected(), toUtf8(log.string()));
+}
+
+TEST_F(LogAccessTest, FindsACharacterWhereItStands) {
+    log.append("first\nsecond\n");
+    const QRect s = text().characterRect(6);
+    EXPECT_EQ(text().offsetAtPoint(s.center() - QPoint{1, 0}), 6);
+    EXPECT_GT(s.top(), text().characterRect(0).top());
+    EXPECT_GT(s.width(), 3);
 }
 
 } // namespace

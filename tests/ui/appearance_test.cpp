@@ -2,11 +2,6 @@
 #include "tests/ui/program.h"
 #include "ui/palette.h"
 
-#include <QApplication>
-#include <QImage>
-
-#include <gtest/gtest.h>
-
 namespace oxlade::test {
 namespace {
 
@@ -19,14 +14,10 @@ QPalette desktopPalette(const QColor& window, const QColor& text) {
 QPalette darkDesktop() { return desktopPalette({0x30, 0x30, 0x30}, Qt::white); }
 QPalette lightDesktop() { return desktopPalette({0xEE, 0xEE, 0xEE}, Qt::black); }
 
-class AppearanceTest : public ::testing::Test {
+class AppearanceTest : public ProgramTest {
   protected:
-    AppearanceTest() { program.start(); }
-    QColor pixel(int x, int yUp) {
-        return QColor{program.window().content().grab().toImage().pixel(x, 620 - 1 - yUp)};
-    }
+    QColor pixel(int x, int yUp) { return picture().pixelColor(x, 620 - 1 - yUp); }
     QColor ground() { return pixel(5, 5); }
-    Program program;
 };
 
 TEST_F(AppearanceTest, FollowsAPaletteThatTurnsDarkWhileTheWindowIsOpen) {
@@ -41,7 +32,7 @@ TEST_F(AppearanceTest, FollowsAPaletteThatTurnsDarkWhileTheWindowIsOpen) {
     EXPECT_EQ(ground(), groundColor(ColorScheme::light));
 }
 
-TEST_F(AppearanceTest, AWishForDarkStandsAboveThePalette) {
+TEST_F(AppearanceTest, ThePreferenceOverridesThePalette) {
     program.interface->setColorScheme(ColorScheme::dark);
     QApplication::processEvents();
     EXPECT_EQ(ground(), groundColor(ColorScheme::dark));
@@ -53,7 +44,7 @@ TEST_F(AppearanceTest, AWishForDarkStandsAboveThePalette) {
     EXPECT_EQ(ground(), groundColor(ColorScheme::light));
 }
 
-TEST_F(AppearanceTest, TheStatusLightTakesTheNewColourAtOnce) {
+TEST_F(AppearanceTest, TheStatusDotFollowsAtOnce) {
     program.delegate->checkDevice();
     const QPoint centre{300 + 22, 416 + 60};
     EXPECT_EQ(pixel(centre.x(), centre.y()),
@@ -64,7 +55,7 @@ TEST_F(AppearanceTest, TheStatusLightTakesTheNewColourAtOnce) {
               color(SemanticColor::systemOrangeColor, ColorScheme::dark));
 }
 
-TEST_F(AppearanceTest, TheFiguresPlaceKeepsItsColours) {
+TEST_F(AppearanceTest, TheFiguresPanelKeepsItsColours) {
     const QColor frame = pixel(28, 424), screen = pixel(40, 424);
     program.interface->setColorScheme(ColorScheme::dark);
     QApplication::processEvents();
@@ -72,7 +63,7 @@ TEST_F(AppearanceTest, TheFiguresPlaceKeepsItsColours) {
     EXPECT_EQ(pixel(40, 424), screen);
 }
 
-TEST(Appearance, GivesThePaletteBackAtTheEnd) {
+TEST(Appearance, RestoresTheDesktopsPalette) {
     const QPalette before = QApplication::palette();
     {
         Program program;

@@ -1,25 +1,20 @@
-// What the first frame need not wait for.
+// What the first frame must not wait for.
 #include "tests/ui/program.h"
-#include "ui/font_cache.h"
 #include "ui/fonts.h"
 
-#include <QApplication>
 #include <QFontDatabase>
-#include <QImage>
-#include <QMenuBar>
 #include <QToolButton>
 
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <set>
 #include <tuple>
 
 namespace oxlade::test {
 namespace {
 
-/// By number: others may end meanwhile.
-std::set<std::string> threadsOfThePool() {
+/// The ids of the threads of Qt's pool.
+std::set<std::string> pooledThreads() {
     std::set<std::string> threads;
     for (const auto& thread : std::filesystem::directory_iterator{"/proc/self/task"}) {
         std::string name;
@@ -29,16 +24,14 @@ std::set<std::string> threadsOfThePool() {
     return threads;
 }
 
-TEST(FirstFrameTest, IsPaintedWithoutTheHelpOfThreads) {
-    const auto before = threadsOfThePool();
+TEST(FirstFrameTest, StartsNoThreads) {
+    const auto before = pooledThreads();
     Program program;
     program.start();
     QApplication::processEvents();
     for (const double ratio : {1.0, 2.0}) {
-        QImage image{(QSizeF{program.window().size()} * ratio).toSize(), QImage::Format_RGB32};
-        image.setDevicePixelRatio(ratio);
-        program.window().render(&image);
-        for (const auto& thread : threadsOfThePool())
+        pictureOf(program.window(), ratio);
+        for (const auto& thread : pooledThreads())
             EXPECT_TRUE(before.contains(thread)) << "at scale " << ratio;
     }
 }
@@ -46,22 +39,14 @@ TEST(FirstFrameTest, IsPaintedWithoutTheHelpOfThreads) {
 TEST(FirstFrameTest, TheMenuBarAsksForNoIcon) {
     Program program;
     program.start();
-    const auto* bar = program.window().findChild<QMenuBar*>();
-    ASSERT_NE(bar, nullptr);
-    const auto* more = bar->findChild<QToolButton*>(QStringLiteral("qt_menubar_ext_button"));
+    const auto* more =
+        program.menuBar().findChild<QToolButton*>(QStringLiteral("qt_menubar_ext_button"));
     ASSERT_NE(more, nullptr);
     EXPECT_TRUE(more->icon().isNull());
     EXPECT_TRUE(more->isHidden());
 }
 
-TEST(FirstFrameTest, FontsGoByNamesThatAreInstalled) {
-    Program program;
-    EXPECT_TRUE(QFontDatabase::hasFamily(interfaceFont(13).family()));
-    EXPECT_TRUE(QFontDatabase::hasFamily(monospacedFont(11).family()));
-    EXPECT_TRUE(QFontDatabase::isFixedPitch(monospacedFont(11).family()));
-}
-
-TEST(FirstFrameTest, AnInstalledFontStandsForItselfAndOneOfItsKindForAMissingOne) {
+TEST(FirstFrameTest, AMissingFontIsReplacedByAnInstalledOneOfItsKind) {
     constexpr auto fixed = FontKind::monospaced, proportional = FontKind::proportional;
     EXPECT_EQ(installedFamily("DejaVu Sans Mono", fixed), "DejaVu Sans Mono");
     const auto standIn = [](FontKind kind) {
@@ -71,6 +56,9 @@ TEST(FirstFrameTest, AnInstalledFontStandsForItselfAndOneOfItsKindForAMissingOne
         EXPECT_TRUE(QFontDatabase::hasFamily(standIn(kind))) << standIn(kind).toStdString();
     EXPECT_TRUE(QFontDatabase::isFixedPitch(standIn(fixed)));
     EXPECT_FALSE(QFontDatabase::isFixedPitch(standIn(proportional)));
+    Program program;
+    EXPECT_TRUE(QFontDatabase::hasFamily(interfaceFont(13).family()));
+    EXPECT_TRUE(QFontDatabase::isFixedPitch(monospacedFont(11).family()));
 }
 
 TEST(FirstFrameTest, ReadingAheadGivesTheSameFonts) {

@@ -1,28 +1,16 @@
-// Where the keyboard is: seen, and not lost.
+// The keyboard focus: it can be seen, and is not lost.
 #include "tests/ui/program.h"
-#include "ui/control_drawing.h"
+#include "ui/palette.h"
 
-#include <QApplication>
-#include <QImage>
-#include <QTest>
-
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 namespace oxlade::test {
 namespace {
 
-class FocusTest : public ::testing::Test {
+class FocusTest : public ProgramTest {
   protected:
-    FocusTest() {
-        program.start();
-        program.delegate->setDeviceState(DeviceState::ready);
-        program.delegate->updateButtons();
-        QApplication::processEvents();
-    }
-    QImage picture() { return program.window().content().grab().toImage(); }
-    WindowContent& content() { return program.content(); }
+    FocusTest() { makeReady(); }
     /// The pixels around the widget, a few beyond its frame.
     static QImage around(const QImage& picture, const QWidget& widget, const QWidget& content) {
         return picture.copy(
@@ -34,18 +22,23 @@ class FocusTest : public ::testing::Test {
             for (int x = 0; x < picture.width(); ++x) found += picture.pixelColor(x, y) == wanted;
         return found;
     }
-    Program program;
+    /// Another window of the program, as an alert is.
+    static void activate(QWidget& window) {
+        window.show();
+        window.activateWindow();
+        QApplication::processEvents();
+    }
 };
 
-TEST_F(FocusTest, EveryControlShowsItWithARing) {
+TEST_F(FocusTest, EveryControlShowsItByARing) {
     const QColor ring = markColor(program.window().palette());
     for (QWidget* control :
-         {static_cast<QWidget*>(content().checkButton),
-          static_cast<QWidget*>(content().builtinButton),
-          static_cast<QWidget*>(content().chooseButton),
-          static_cast<QWidget*>(content().installButton), static_cast<QWidget*>(content().logView),
-          static_cast<QWidget*>(content().websiteLink),
-          static_cast<QWidget*>(content().languageControl->childAt(25, 12))}) {
+         {static_cast<QWidget*>(widgets().checkButton),
+          static_cast<QWidget*>(widgets().builtinButton),
+          static_cast<QWidget*>(widgets().chooseButton),
+          static_cast<QWidget*>(widgets().installButton), static_cast<QWidget*>(widgets().logView),
+          static_cast<QWidget*>(widgets().websiteLink),
+          widgets().languageControl->childAt(25, 12)}) {
         program.window().setFocus();
         QApplication::processEvents();
         const QImage without = around(picture(), *control, content());
@@ -58,13 +51,13 @@ TEST_F(FocusTest, EveryControlShowsItWithARing) {
 }
 
 TEST_F(FocusTest, AButtonThatIsDisabledGivesItToNobodyElse) {
-    content().checkButton->setFocus(Qt::TabFocusReason);
+    widgets().checkButton->setFocus(Qt::TabFocusReason);
     std::vector<std::string> holders;
     const auto watching =
         QObject::connect(qApp, &QApplication::focusChanged, [&](QWidget*, const QWidget* now) {
             holders.push_back(now == nullptr ? "none" : now->objectName().toStdString());
         });
-    content().checkButton->setEnabled(false);
+    widgets().checkButton->setEnabled(false);
     QObject::disconnect(watching);
     EXPECT_EQ(holders, std::vector<std::string>{"window"});
 }
@@ -72,42 +65,41 @@ TEST_F(FocusTest, AButtonThatIsDisabledGivesItToNobodyElse) {
 TEST_F(FocusTest, AClickShowsNoRing) {
     const QImage before = picture();
     const QColor ring = markColor(program.window().palette());
-    QTest::mouseClick(content().logView->viewport(), Qt::LeftButton, {}, {300, 100});
+    QTest::mouseClick(widgets().logView->viewport(), Qt::LeftButton, {}, {300, 100});
     QApplication::processEvents();
-    ASSERT_TRUE(content().logView->hasFocus());
+    ASSERT_TRUE(widgets().logView->hasFocus());
     EXPECT_EQ(count(picture(), ring), count(before, ring));
 }
 
 TEST_F(FocusTest, ComesBackToAButtonThatWasDisabledWhileAnAlertWasActive) {
-    content().installButton->setFocus(Qt::TabFocusReason);
+    QtButton& flash = *widgets().installButton;
+    flash.setFocus(Qt::TabFocusReason);
     QWidget alert;
-    const auto raise = [](QWidget& window) {
-        window.show();
-        window.activateWindow();
-        QApplication::processEvents();
-    };
-    raise(alert);
-    ASSERT_FALSE(program.window().isActiveWindow());
-    content().installButton->setEnabled(false);
-    raise(program.window());
-    EXPECT_FALSE(content().logView->hasFocus()) << "it does not wander on";
-    raise(alert);
-    content().installButton->setEnabled(true);
-    raise(program.window());
-    EXPECT_TRUE(content().installButton->hasFocus());
+    activate(alert);
+    flash.setEnabled(false);
+    activate(program.window());
+    EXPECT_FALSE(widgets().logView->hasFocus()) << "moved on to the next control";
+    activate(alert);
+    flash.setEnabled(true);
+    activate(program.window());
+    EXPECT_TRUE(flash.hasFocus());
+    activate(alert);
+    flash.setEnabled(false);
+    flash.setEnabled(true);
+    activate(program.window());
+    EXPECT_TRUE(flash.hasFocus()) << "disabled and enabled behind one alert";
 }
 
-TEST_F(FocusTest, ComesBackAlsoWhenTheWindowWasActiveOnlyMeanwhile) {
-    content().installButton->setFocus(Qt::TabFocusReason);
-    QWidget alert;
-    alert.show();
-    alert.activateWindow();
-    QApplication::processEvents();
-    content().installButton->setEnabled(false);
-    content().installButton->setEnabled(true);
-    program.window().activateWindow();
-    QApplication::processEvents();
-    EXPECT_EQ(QApplication::focusWidget(), content().installButton);
+TEST_F(FocusTest, IsNotTakenFromAControlThatTheUserMovedItTo) {
+    widgets().checkButton->setFocus(Qt::TabFocusReason);
+    widgets().checkButton->setEnabled(false);
+    widgets().logView->setFocus(Qt::TabFocusReason);
+    widgets().checkButton->setEnabled(true);
+    EXPECT_TRUE(widgets().logView->hasFocus());
+}
+
+TEST_F(FocusTest, IsOnNoControlAtFirst) {
+    EXPECT_EQ(QApplication::focusWidget(), &program.window());
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// How the log's text is cut up for the view, and put together again.
+// How the text of the log is broken for the view, and mapped back.
 #include "ui/log_text.h"
 #include "ui/text.h"
 
@@ -23,6 +23,14 @@ TEST(LogText, NeverCutsASurrogatePair) {
     for (qsizetype i = 0; i + 1 < view.size(); ++i)
         EXPECT_EQ(view[i].isHighSurrogate(), view[i + 1].isLowSurrogate());
     EXPECT_EQ(between(text, 0, view.size()), text.text());
+}
+
+TEST(LogText, TheViewHasNoControlCharactersWhosePaintingIsSlow) {
+    LogText text;
+    const QString all = QStringLiteral("a\tb\x01\x1b[1m\x7f") + QChar::Null + QChar{0x85} + u'.';
+    text.append(all);
+    EXPECT_EQ(text.take(100), QStringLiteral("a\tb\u25AF\u25AF[1m\u25AF\u25AF\u25AF."));
+    EXPECT_EQ(text.text(), all);
 }
 
 TEST(LogText, GivesBackEveryPartHoweverItIsTaken) {

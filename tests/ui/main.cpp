@@ -6,7 +6,7 @@
 int main(int argc, char* argv[]) {
     testing::InitGoogleTest(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // A test sees what a plain desktop gives, whoever runs it.
+    // A plain desktop, whatever that of the developer is.
     for (const char* name : {"QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "QT_SCALE_FACTOR"})
         qunsetenv(name);
     QApplication application{argc, argv};

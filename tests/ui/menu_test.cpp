@@ -1,23 +1,16 @@
-// The menu bar.
+// The menu bar. Its keys are tested in tests/e2e.
 #include "tests/ui/program.h"
+#include "ui/palette.h"
 
-#include <QApplication>
 #include <QClipboard>
-#include <QTest>
-#include <QTimer>
-
-#include <gtest/gtest.h>
+#include <QMenu>
 
 namespace oxlade::test {
 namespace {
 
-class MenuTest : public ::testing::Test {
+class MenuTest : public ProgramTest {
   protected:
-    MenuTest() {
-        program.start();
-        QApplication::processEvents();
-    }
-    QMenuBar& bar() { return *program.window().menu().bar(); }
+    QMenuBar& bar() { return program.menuBar(); }
     QAction* item(int menu, int index) {
         return bar().actions().at(menu)->menu()->actions().at(index);
     }
@@ -29,23 +22,16 @@ class MenuTest : public ::testing::Test {
         }
         return result.toStdString();
     }
-    void switchTo(int segment) {
-        QTest::mouseClick(program.content().languageControl->childAt(25 + 50 * segment, 12),
-                          Qt::LeftButton);
-    }
-    void press(int key, Qt::KeyboardModifiers modifiers) {
-        QTest::simulateEvent(program.window().windowHandle(), true, key, modifiers, QString{},
-                             false);
-        QApplication::processEvents();
-    }
-    Program program;
 };
 
-TEST_F(MenuTest, HoldsNothingBeyondTheTable) {
+TEST_F(MenuTest, HasTheItemsOfTheMenuTree) {
     EXPECT_EQ(titles(), "Oxlade:Quit Oxlade;Edit:Copy;Select All;");
     EXPECT_EQ(item(0, 0)->shortcut(), QKeySequence{Qt::CTRL | Qt::Key_Q});
     EXPECT_EQ(item(1, 0)->shortcut(), QKeySequence{Qt::CTRL | Qt::Key_C});
     EXPECT_EQ(item(1, 1)->shortcut(), QKeySequence{Qt::CTRL | Qt::Key_A});
+    EXPECT_EQ(item(0, 0)->menuRole(), QAction::QuitRole);
+    EXPECT_EQ(item(1, 0)->menuRole(), QAction::NoRole);
+    EXPECT_EQ(item(1, 1)->menuRole(), QAction::NoRole);
 }
 
 TEST_F(MenuTest, FollowsTheLanguageAtOnceAndBack) {
@@ -55,7 +41,7 @@ TEST_F(MenuTest, FollowsTheLanguageAtOnceAndBack) {
     EXPECT_EQ(titles(), "Oxlade:Quit Oxlade;Edit:Copy;Select All;");
 }
 
-TEST_F(MenuTest, IsReplacedWithoutAChangeOfTheWindowsSize) {
+TEST_F(MenuTest, IsReplacedWithoutResizingTheWindow) {
     struct Watch final : QObject {
         bool eventFilter(QObject*, QEvent* event) override {
             changes += event->type() == QEvent::Resize;
@@ -71,7 +57,7 @@ TEST_F(MenuTest, IsReplacedWithoutAChangeOfTheWindowsSize) {
     EXPECT_EQ(watch.changes, 0);
 }
 
-TEST_F(MenuTest, IsReplacedAsAWholeAndTheOldOneGoes) {
+TEST_F(MenuTest, ReplacesTheOldOneAsAWhole) {
     const QPointer<QMenuBar> old = &bar();
     const QPointer<QAction> oldItem = item(0, 0);
     switchTo(1);
@@ -81,43 +67,21 @@ TEST_F(MenuTest, IsReplacedAsAWholeAndTheOldOneGoes) {
     EXPECT_EQ(program.window().findChildren<QMenuBar*>().size(), 1);
 }
 
-TEST_F(MenuTest, ASwitchOfLanguageLeavesTheContentWhereItWas) {
-    const QRect before = program.content().geometry();
-    const QSize window = program.window().size();
-    switchTo(1);
-    QApplication::processEvents();
-    EXPECT_EQ(program.content().geometry(), before);
-    EXPECT_EQ(program.window().size(), window);
-}
-
 TEST_F(MenuTest, ItsTitlesHaveNoMnemonics) {
     program.interface->setMainMenu({{"A & B", {{"C && D", MenuAction::copy, 'c'}}}});
     EXPECT_EQ(bar().actions().at(0)->text(), QStringLiteral("A && B"));
     EXPECT_EQ(item(0, 0)->text(), QStringLiteral("C &&&& D"));
 }
 
-TEST_F(MenuTest, AKeyThatIsInNoTableIsShownItself) {
-    const std::string title{L("menu.unknown")};
-    program.interface->setMainMenu({{title, {{title, MenuAction::copy, 'c'}}}});
-    EXPECT_EQ(bar().actions().at(0)->text(), QStringLiteral("menu.unknown"));
-    EXPECT_EQ(item(0, 0)->text(), QStringLiteral("menu.unknown"));
-}
-
-TEST_F(MenuTest, EveryItemSaysWhatItIsToAMac) {
-    EXPECT_EQ(item(0, 0)->menuRole(), QAction::QuitRole);
-    EXPECT_EQ(item(1, 0)->menuRole(), QAction::NoRole);
-    EXPECT_EQ(item(1, 1)->menuRole(), QAction::NoRole);
-}
-
 TEST_F(MenuTest, CopyAndSelectAllNeedTheLogToHaveTheKeyboard) {
     const auto enabled = [&] { return item(1, 0)->isEnabled() && item(1, 1)->isEnabled(); };
     const auto disabled = [&] { return !item(1, 0)->isEnabled() && !item(1, 1)->isEnabled(); };
     EXPECT_TRUE(disabled());
-    program.content().logView->setFocus();
+    program.widgets().logView->setFocus();
     EXPECT_TRUE(enabled());
-    program.content().checkButton->setFocus();
+    program.widgets().checkButton->setFocus();
     EXPECT_TRUE(disabled());
-    program.content().logView->setFocus();
+    program.widgets().logView->setFocus();
     bar().setFocus(Qt::MenuBarFocusReason);
     EXPECT_TRUE(enabled()) << "a menu opened by keyboard has the focus itself";
     switchTo(1);
@@ -126,44 +90,35 @@ TEST_F(MenuTest, CopyAndSelectAllNeedTheLogToHaveTheKeyboard) {
 }
 
 TEST_F(MenuTest, CopyAndSelectAllActOnTheLogThroughAnOpenMenu) {
-    program.content().logView->setFocus();
+    program.widgets().logView->setFocus();
     bar().setFocus(Qt::MenuBarFocusReason);
     item(1, 1)->trigger();
     item(1, 0)->trigger();
-    EXPECT_EQ(QApplication::clipboard()->text(), program.content().logView->string());
+    EXPECT_EQ(QApplication::clipboard()->text(), program.widgets().logView->string());
 }
 
-TEST_F(MenuTest, TheirKeysActOnTheLog) {
-    program.content().logView->setFocus();
-    QApplication::clipboard()->clear();
-    press(Qt::Key_A, Qt::ControlModifier);
-    press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->text(), program.content().logView->string());
+TEST_F(MenuTest, ItsItemsHaveNoIconColumn) {
+    QMenu& menu = *bar().actions().at(1)->menu();
+    const QImage image = pictureOf(menu);
+    const QColor fill = menu.palette().color(QPalette::Button);
+    EXPECT_NE(image.pixelColor(0, image.height() / 2), fill) << "the edge";
+    const QRect row = menu.actionGeometry(item(1, 0));
+    int ink = row.left() + 2;
+    const auto isBlank = [&](int x) {
+        for (int y = row.top(); y <= row.bottom(); ++y)
+            if (contrast(image.pixelColor(x, y), fill) > 1.5) return false;
+        return true;
+    };
+    while (ink < row.right() && isBlank(ink)) ++ink;
+    EXPECT_GE(ink, row.left() + 12);
+    EXPECT_LE(ink, row.left() + 18);
 }
 
-TEST_F(MenuTest, TheirKeysDoNothingElsewhere) {
-    QApplication::clipboard()->setText(QStringLiteral("mine"));
-    program.content().checkButton->setFocus();
-    press(Qt::Key_A, Qt::ControlModifier);
-    press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("mine"));
-    EXPECT_FALSE(program.content().logView->textCursor().hasSelection());
-}
-
-TEST_F(MenuTest, QuitEndsTheEventLoopAtOnceAlsoInMidRun) {
-    program.delegate->checkDevice();
-    program.trace.take();
-    QTimer::singleShot(0, [&] { press(Qt::Key_Q, Qt::ControlModifier); });
-    // Would run for ever otherwise: the test's time limit would show it.
-    EXPECT_EQ(QApplication::exec(), 0);
-    EXPECT_TRUE(program.trace.take().empty()) << "no question";
-}
-
-TEST(MainMenu, IsKeptUntilThereIsAWindow) {
+TEST(MainMenu, IsKeptUntilTheWindowIsBuilt) {
     Program program{1};
     EXPECT_EQ(program.interface->window(), nullptr);
     program.start();
-    EXPECT_EQ(program.window().menu().bar()->actions().size(), 2);
+    EXPECT_EQ(program.menuBar().actions().size(), 2);
 }
 
 } // namespace

@@ -7,7 +7,7 @@ using namespace std::string_view_literals;
 namespace oxlade {
 namespace {
 
-TEST(Text, EveryCharacterComesBackAsItWas) {
+TEST(Text, EveryCharacterSurvivesTheRoundTrip) {
     for (const std::string_view text :
          {""sv, "plain"sv, "\xD0\x96\xE2\x80\xA6\xF0\x9F\x8E\xB9"sv, "a\0b"sv, "\0"sv,
           "\xEF\xBB\xBF"
@@ -17,13 +17,17 @@ TEST(Text, EveryCharacterComesBackAsItWas) {
     }
 }
 
+TEST(Text, NulsBecomeVisible) {
+    EXPECT_EQ(withVisibleNuls(toQString("a\0b"sv)), QStringLiteral("a\u2400b"));
+}
+
 TEST(Text, ALeadingByteOrderMarkIsACharacterLikeAnyOther) {
     const QString text = toQString("\xEF\xBB\xBFx"sv);
     ASSERT_EQ(text.size(), 2);
     EXPECT_EQ(text.at(0), QChar(0xFEFF));
 }
 
-TEST(Text, BytesThatAreNoUtf8AreReplacedAndTheRestIsKept) {
+TEST(Text, InvalidBytesAreReplacedAndTheRestIsKept) {
     EXPECT_EQ(toQString("a\xFF"
                         "b"sv),
               QStringLiteral(u"a\uFFFDb"));

@@ -5,14 +5,11 @@
 #include "ui/text.h"
 #include "ui/text_drawing.h"
 
-#include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
-#include <QImage>
 #include <QPainter>
+#include <QStyleOptionButton>
 #include <QTextDocument>
-
-#include <gtest/gtest.h>
 
 namespace oxlade::test {
 namespace {
@@ -27,15 +24,17 @@ class CountsPaints final : public QObject {
     int count = 0;
 };
 
-TEST(TextLabel, AShortTextIsShownWhole) {
-    TextLabel label{{}, nullptr};
+TEST(QtLabel, AShortTextIsShownWholeAndWithoutMarkup) {
+    QtLabel label{{}, nullptr};
     label.resize(300, 18);
-    label.setStringValue("Ready");
-    EXPECT_EQ(label.displayedLines(), QStringList{QStringLiteral("Ready")});
+    for (const char* text : {"Ready", "<b>a</b> &amp; b&c"}) {
+        label.setStringValue(text);
+        EXPECT_EQ(label.displayedLines(), QStringList{QString::fromUtf8(text)});
+    }
 }
 
-TEST(TextLabel, ALongTextEndsInAnEllipsis) {
-    TextLabel label{{}, nullptr};
+TEST(QtLabel, ALongTextEndsInAnEllipsis) {
+    QtLabel label{{}, nullptr};
     label.resize(60, 18);
     label.setStringValue("Flashing the MPC4000");
     const QString shown = label.displayedLines().at(0);
@@ -45,7 +44,7 @@ TEST(TextLabel, ALongTextEndsInAnEllipsis) {
     EXPECT_EQ(label.text(), QStringLiteral("Flashing the MPC4000"));
 }
 
-TEST(TextLabel, WhatIsPaintedIsWhatItSaysIsDisplayedInTheWindowsDirection) {
+TEST(QtLabel, PaintsTheDisplayedLinesLeftToRight) {
     const char* texts[] = {"fits",
                            "is much too long for the frame that it has",
                            "ОС v1.71  \u00B7  ",
@@ -59,7 +58,7 @@ TEST(TextLabel, WhatIsPaintedIsWhatItSaysIsDisplayedInTheWindowsDirection) {
         for (const auto alignment : {Qt::AlignLeft, Qt::AlignRight})
             for (const char* text : texts) {
                 SCOPED_TRACE(text);
-                TextLabel label{{.truncation = truncation, .alignment = alignment}, nullptr};
+                QtLabel label{{.truncation = truncation, .alignment = alignment}, nullptr};
                 label.setGeometry(frame);
                 label.setStringValue(text);
                 label.show();
@@ -67,7 +66,7 @@ TEST(TextLabel, WhatIsPaintedIsWhatItSaysIsDisplayedInTheWindowsDirection) {
                 const auto painted = label.grab().toImage().convertToFormat(QImage::Format_RGB32);
                 label.setStringValue({});
                 QImage expected = label.grab().toImage().convertToFormat(QImage::Format_RGB32);
-                // As the toolkit itself puts a line down.
+                // As Qt draws a line.
                 QPainter painter{&expected};
                 painter.setFont(label.font());
                 painter.setPen(color(SemanticColor::labelColor, label.palette()));
@@ -81,8 +80,8 @@ TEST(TextLabel, WhatIsPaintedIsWhatItSaysIsDisplayedInTheWindowsDirection) {
             }
 }
 
-TEST(TextLabel, ALongFileNameKeepsItsStartAndItsSize) {
-    FileTextLabel label{{.weight = QFont::Medium, .truncation = Truncation::middle}, nullptr};
+TEST(QtLabel, ALongFileNameKeepsItsStartAndItsSize) {
+    QtFileLabel label{{.weight = QFont::Medium, .truncation = Truncation::middle}, nullptr};
     label.resize(190, 20);
     label.setStringValue("mpc4000_operating_system_v1.71_final.bin  \u00B7  3.0 MB");
     const QString shown = label.displayedLines().at(0);
@@ -91,8 +90,8 @@ TEST(TextLabel, ALongFileNameKeepsItsStartAndItsSize) {
     EXPECT_TRUE(shown.contains(u'\u2026'));
 }
 
-TEST(TextLabel, TwoLinesAreCutAfterTheSecondWithoutAnEllipsis) {
-    TextLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
+TEST(QtLabel, TwoLinesAreCutAfterTheSecondWithoutAnEllipsis) {
+    QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
     label.resize(290, 32);
     std::string text;
     for (int i = 0; i < 40; ++i) text += "word" + std::to_string(i) + " ";
@@ -103,8 +102,8 @@ TEST(TextLabel, TwoLinesAreCutAfterTheSecondWithoutAnEllipsis) {
     EXPECT_FALSE(lines.at(1).contains(u'\u2026'));
 }
 
-TEST(TextLabel, AWordTooLongForALineIsBrokenAnywhere) {
-    TextLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
+TEST(QtLabel, AWordTooLongForALineIsBrokenAnywhere) {
+    QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
     label.resize(290, 32);
     const std::string text(300, 'w');
     label.setStringValue(text);
@@ -114,15 +113,8 @@ TEST(TextLabel, AWordTooLongForALineIsBrokenAnywhere) {
     EXPECT_GT(lines.at(0).size(), 10);
 }
 
-TEST(TextLabel, MarkupIsText) {
-    TextLabel label{{}, nullptr};
-    label.resize(300, 18);
-    label.setStringValue("<b>a</b> &amp; b&c");
-    EXPECT_EQ(label.displayedLines().at(0), QStringLiteral("<b>a</b> &amp; b&c"));
-}
-
-TEST(TextLabel, SettingWhatIsShownAlreadyPaintsNothing) {
-    TextLabel label{{}, nullptr};
+TEST(QtLabel, SettingWhatIsShownAlreadyPaintsNothing) {
+    QtLabel label{{}, nullptr};
     label.resize(300, 18);
     label.show();
     label.setStringValue("Ready");
@@ -160,14 +152,39 @@ TEST(ToolTip, OfALongPathCanBeWrapped) {
 TEST(ToolTip, FollowsTheSelection) {
     Program program;
     program.start();
-    const QWidget& label = *program.content().firmwareLabel;
+    const QWidget& label = *program.widgets().firmwareLabel;
     EXPECT_EQ(asShown(label.toolTip()).toStdString(), bundledImage);
     program.files.files["/images/<i>os</i>.bin"] = {validImage(), false};
     program.delegate->selectFirmwareAtPath("/images/<i>os</i>.bin");
     EXPECT_EQ(asShown(label.toolTip()), QStringLiteral("/images/<i>os</i>.bin"));
     program.delegate->setFirmwarePath({});
     program.delegate->refreshTexts();
-    EXPECT_EQ(asShown(label.toolTip()), program.content().firmwareLabel->text());
+    EXPECT_EQ(asShown(label.toolTip()), program.widgets().firmwareLabel->text());
+}
+
+/// The column where the sign's ink begins.
+int signStart(const QString& text, const QFont& font) {
+    QImage image{100, 20, QImage::Format_RGB32};
+    image.fill(Qt::white);
+    QPainter painter{&image};
+    painter.setFont(font);
+    drawTabularDigits(painter, {0, 0, 100, 20}, text, Qt::AlignLeft);
+    painter.end();
+    const int from = tabularWidth(text.chopped(1), QFontMetrics{font});
+    for (int x = from; x < image.width(); ++x)
+        for (int y = 0; y < image.height(); ++y)
+            if (image.pixelColor(x, y).lightness() < 128) return x;
+    return -1;
+}
+
+TEST(TabularDigits, DoNotMoveTheSignAfterThem) {
+    for (const char* family : {"Inter", "Noto Sans", "DejaVu Sans"}) {
+        QFont font{QLatin1String{family}};
+        font.setPixelSize(13);
+        const int ones = signStart(QStringLiteral("11%"), font);
+        EXPECT_GT(ones, 0);
+        EXPECT_EQ(ones, signStart(QStringLiteral("88%"), font)) << family;
+    }
 }
 
 // Every text in its frame, with three fonts and in both languages.
@@ -182,15 +199,19 @@ class Fit : public ::testing::TestWithParam<const char*> {
     ~Fit() override { QApplication::setFont(before); }
 
     /// The text of the key as the label would show it.
-    void expectWhole(TextLabel& label, std::string_view key) {
+    void expectWhole(QtLabel& label, std::string_view key) {
         label.setStringValue(L(key));
         const QString whole = toQString(L(key));
         EXPECT_EQ(label.displayedLines().join(u' ').toStdString(), whole.toStdString());
     }
-    void expectWhole(PushButton& button, std::string_view key) {
+    void expectWhole(QtButton& button, std::string_view key) {
         button.setTitle(L(key));
         const int width = button.fontMetrics().horizontalAdvance(toQString(L(key)));
-        EXPECT_LE(width + 12, button.shape().width()) << L(key);
+        QStyleOptionButton option;
+        option.initFrom(&button);
+        const QRect shape =
+            button.style()->subElementRect(QStyle::SE_PushButtonContents, &option, &button);
+        EXPECT_LE(width + 12, shape.width()) << L(key);
     }
     QFont before;
 };
@@ -202,7 +223,7 @@ INSTANTIATE_TEST_SUITE_P(WithEachFont, Fit, ::testing::Values("DejaVu Sans", "In
                          });
 
 void fitEverything(Program& program, const auto& expectWhole) {
-    const WindowContent& c = program.content();
+    const Widgets c = program.widgets();
     expectWhole(*c.subtitleLabel, "subtitle");
     expectWhole(*c.deviceCaptionLabel, "device.caption");
     expectWhole(*c.firmwareCaptionLabel, "firmware.caption");
@@ -224,42 +245,31 @@ TEST_P(Fit, EveryTextOfTheWindowIsShownWhole) {
     for (const std::int64_t language : {0, 1}) {
         Program program{language};
         program.start();
-        ASSERT_EQ(QFontInfo{program.content().subtitleLabel->font()}.family(),
+        ASSERT_EQ(QFontInfo{program.widgets().subtitleLabel->font()}.family(),
                   GetParam() == std::string_view{"DejaVu Sans"} ? QStringLiteral("Inter")
                                                                 : QLatin1String{GetParam()});
-        fitEverything(program, [this](auto& control, auto key) { expectWhole(control, key); });
-    }
-}
-
-TEST_P(Fit, AlsoWhereNoBetterFontThanDejaVuIsInstalled) {
-    // The window's own font choice is undone: the controls keep what they are given.
-    for (const std::int64_t language : {0, 1}) {
-        Program program{language};
-        program.start();
+        const auto fits = [&] {
+            fitEverything(program, [this](auto& control, auto key) { expectWhole(control, key); });
+            program.delegate->setFirmwarePath({});
+            program.delegate->refreshTexts();
+            const QtFileLabel& label = *program.widgets().firmwareLabel;
+            EXPECT_EQ(label.displayedLines().at(0), label.text());
+        };
+        fits();
+        // Where no better font than DejaVu is installed.
         for (QWidget* widget : program.window().findChildren<QWidget*>()) {
             QFont font = widget->font();
             font.setFamilies({QLatin1String{GetParam()}});
             widget->setFont(font);
         }
-        fitEverything(program, [this](auto& control, auto key) { expectWhole(control, key); });
+        fits();
     }
 }
 
-TEST_P(Fit, AFirmwareLineWithoutASelectionIsShownWhole) {
-    for (const std::int64_t language : {0, 1}) {
-        Program program{language};
-        program.start();
-        program.delegate->setFirmwarePath({});
-        program.delegate->refreshTexts();
-        const FileTextLabel& label = *program.content().firmwareLabel;
-        EXPECT_EQ(label.displayedLines().at(0), label.text());
-    }
-}
-
-TEST_P(Fit, TwoLinesOfDetailAreDrawnWithin32Points) {
+TEST_P(Fit, TwoLinesOfDetailFitTheirFrameAndDoNotTouch) {
     for (const std::int64_t language : {0, 1}) {
         CurrentLanguage = language;
-        TextLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
+        QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
         label.resize(290, 32);
         for (const auto* key :
              {"device.checking.detail", "device.failed.detail", "device.unknown.detail"}) {
@@ -274,10 +284,7 @@ TEST_P(Fit, TwoLinesOfDetailAreDrawnWithin32Points) {
         }
     }
     CurrentLanguage = 0;
-}
-
-TEST_P(Fit, TheLinesOfADetailDoNotTouch) {
-    TextLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
+    QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
     label.resize(290, 32);
     const QRect ink =
         label.fontMetrics().tightBoundingRect(QStringLiteral("Agpq\u0419\u0444\u0449"));

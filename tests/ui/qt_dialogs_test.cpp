@@ -1,31 +1,26 @@
-// Alerts and the file chooser, answered by keys as a person would.
+// Alerts and the file chooser.
 #include "tests/ui/program.h"
-#include "ui/alerts.h"
 #include "ui/palette.h"
+#include "ui/qt_dialogs.h"
 #include "ui/text.h"
 
-#include <QApplication>
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
-
-#include <gtest/gtest.h>
 
 namespace oxlade::test {
 namespace {
 
-class AlertTest : public ::testing::Test {
+class AlertTest : public ProgramTest {
   protected:
-    AlertTest() {
-        program.start();
-        QApplication::processEvents();
-    }
-    /// Does something as soon as the dialog stands.
+    /// Acts once the dialog is open.
     template <class Widget>
     void whenShown(std::function<void(Widget&)> act) {
         QTimer::singleShot(0, [act = std::move(act)] {
@@ -49,7 +44,6 @@ class AlertTest : public ::testing::Test {
         whenShown<QMessageBox>([key](QMessageBox& box) { press(box, key); });
         return dialogs.runAlert(question);
     }
-    Program program;
     QtDialogs dialogs{[this] { return program.interface->window(); }};
     const Alert question{AlertStyle::critical, "Flash?", "It is erased.", {"Flash", "Cancel"}};
 };
@@ -78,40 +72,22 @@ TEST_F(AlertTest, ClosingItIsNotTheFirstButton) {
     EXPECT_FALSE(dialogs.runAlert(question));
 }
 
-TEST_F(AlertTest, AHeldReturnDoesNotAnswer) {
+// On X11 the mark may be missing: then a release and a press have the same time.
+TEST_F(AlertTest, AHeldKeyDoesNotAnswerWhetherItsRepetitionsAreMarkedOrNot) {
     whenShown<QMessageBox>([](QMessageBox& box) {
-        for (const int key : {Qt::Key_Return, Qt::Key_Enter})
+        for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
             for (int i = 0; i < 30; ++i) press(box, key, true);
-        EXPECT_TRUE(box.isVisible());
-        press(box, Qt::Key_Escape);
-    });
-    EXPECT_FALSE(dialogs.runAlert(question));
-}
-
-TEST_F(AlertTest, ARepetitionThatIsNotMarkedAsOneDoesNotAnswerEither) {
-    whenShown<QMessageBox>([](QMessageBox& box) {
-        for (quint64 time = 1000; time < 2000; time += 30) {
-            sendKey(box, QEvent::KeyRelease, time);
-            sendKey(box, QEvent::KeyPress, time);
+            for (quint64 time = 1000; time < 2000; time += 30) {
+                sendKey(box, QEvent::KeyRelease, time, key);
+                sendKey(box, QEvent::KeyPress, time, key);
+            }
+            EXPECT_TRUE(box.isVisible()) << key;
         }
-        EXPECT_TRUE(box.isVisible());
         sendKey(box, QEvent::KeyRelease, 2100);
         sendKey(box, QEvent::KeyPress, 2250);
-        EXPECT_FALSE(box.isVisible()) << "a press of its own counts";
+        EXPECT_FALSE(box.isVisible()) << "another press";
     });
     EXPECT_TRUE(dialogs.runAlert(question));
-}
-
-TEST_F(AlertTest, AHeldKeypadEnterDoesNotAnswer) {
-    whenShown<QMessageBox>([](QMessageBox& box) {
-        for (quint64 time = 1000; time < 2000; time += 30) {
-            sendKey(box, QEvent::KeyRelease, time, Qt::Key_Enter);
-            sendKey(box, QEvent::KeyPress, time, Qt::Key_Enter);
-        }
-        EXPECT_TRUE(box.isVisible());
-        press(box, Qt::Key_Escape);
-    });
-    EXPECT_FALSE(dialogs.runAlert(question));
 }
 
 TEST_F(AlertTest, CanOnlyBeClosed) {
@@ -126,7 +102,7 @@ TEST_F(AlertTest, CanOnlyBeClosed) {
     dialogs.runAlert(question);
 }
 
-TEST_F(AlertTest, ItsPictureBeginsWhereTheMessagesCapitalsDo) {
+TEST_F(AlertTest, TheIconIsAlignedWithTheCapitalsOfTheMessage) {
     whenShown<QMessageBox>([](QMessageBox& box) {
         const QImage image = box.grab().toImage();
         const QColor ground = image.pixelColor(2, 2);
@@ -143,17 +119,18 @@ TEST_F(AlertTest, ItsPictureBeginsWhereTheMessagesCapitalsDo) {
     dialogs.runAlert({AlertStyle::critical, "FLASH", "It is erased.", {"Flash", "Cancel"}});
 }
 
-TEST_F(AlertTest, ShowsItsTextsAsTheyAre) {
+TEST_F(AlertTest, ShowsItsTextsWithoutMarkupOrMnemonics) {
     whenShown<QMessageBox>([](QMessageBox& box) {
         for (const QLabel* label : box.findChildren<QLabel*>())
             EXPECT_TRUE(label->textFormat() == Qt::PlainText || !label->pixmap().isNull());
         EXPECT_EQ(box.text(), QStringLiteral("<b>a</b>"));
         EXPECT_EQ(box.informativeText(), QStringLiteral("<i>b</i>"));
         EXPECT_FALSE(box.iconPixmap().isNull());
+        EXPECT_EQ(box.buttons().at(0)->text(), QStringLiteral("A && B"));
         EXPECT_EQ(box.parentWidget()->objectName(), QStringLiteral("window"));
         box.close();
     });
-    dialogs.runAlert({AlertStyle::warning, "<b>a</b>", "<i>b</i>", {"One"}});
+    dialogs.runAlert({AlertStyle::warning, "<b>a</b>", "<i>b</i>", {"A & B"}});
 }
 
 TEST_F(AlertTest, WithoutButtonsOfItsOwnHasOneThatBothKeysAnswer) {
@@ -166,7 +143,7 @@ TEST_F(AlertTest, WithoutButtonsOfItsOwnHasOneThatBothKeysAnswer) {
     }
 }
 
-TEST_F(AlertTest, AProgramThatEndsAnswersNothing) {
+TEST_F(AlertTest, QuittingIsNotTheFirstButton) {
     QTimer::singleShot(0, [this] {
         whenShown<QMessageBox>([](QMessageBox&) { QCoreApplication::exit(); });
         EXPECT_FALSE(dialogs.runAlert(question));
@@ -191,7 +168,7 @@ TEST_F(AlertTest, TheStylesHaveDifferentPictures) {
 class PanelTest : public AlertTest {
   protected:
     PanelTest() {
-        for (const char* name : {"a.bin", "B.BIN", "c.txt"}) {
+        for (const char* name : {"a.bin", "B.BIN", "c.txt", "the \"last\" one.bin"}) {
             QFile file{folder.filePath(QLatin1String{name})};
             EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         }
@@ -209,9 +186,31 @@ class PanelTest : public AlertTest {
     const OpenPanel panel{"Choose an OS file for the MPC4000", "bin"};
 };
 
-TEST_F(PanelTest, GivesTheAbsolutePathOfTheChosenFile) {
-    EXPECT_EQ(choose("a.bin"), inFolder("a.bin"));
-    EXPECT_EQ(choose("B.BIN"), inFolder("B.BIN"));
+TEST_F(PanelTest, GivesTheAbsolutePathOfTheChosenFileWhateverItsExtension) {
+    for (const char* name : {"a.bin", "B.BIN", "c.txt"}) EXPECT_EQ(choose(name), inFolder(name));
+}
+
+TEST_F(PanelTest, APathWithAQuotationMarkCanBeTyped) {
+    for (const bool absolute : {true, false}) {
+        whenShown<QFileDialog>([&](QFileDialog& dialog) {
+            dialog.setDirectory(folder.path());
+            const QString name = QStringLiteral("the \"last\" one.bin");
+            auto& open = *dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open);
+            auto& line = *dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+            line.setText(QStringLiteral("no \"such\" file.bin"));
+            EXPECT_FALSE(open.isEnabled());
+            line.setText(absolute ? folder.filePath(name) : name);
+            EXPECT_TRUE(open.isEnabled());
+            open.setEnabled(false); // as the chooser does when it has read a folder
+            EXPECT_TRUE(open.isEnabled());
+            if (absolute)
+                open.click();
+            else
+                QTest::keyClick(&line, Qt::Key_Return);
+            if (dialog.isVisible()) dialog.reject();
+        });
+        EXPECT_EQ(dialogs.runOpenPanel(panel), inFolder("the \"last\" one.bin"));
+    }
 }
 
 TEST_F(PanelTest, GivesNothingWhenItIsCancelled) {
@@ -233,7 +232,7 @@ TEST_F(PanelTest, ShowsItsMessageAndOneFilterOnly) {
     dialogs.runOpenPanel(panel);
 }
 
-TEST_F(PanelTest, SpeaksTheCurrentLanguageAndLeavesNothingBehind) {
+TEST_F(PanelTest, IsInTheCurrentLanguageAndRemovesItsTranslation) {
     const auto words = [this] {
         QStringList said;
         whenShown<QFileDialog>([&](QFileDialog& dialog) {
@@ -261,21 +260,6 @@ TEST_F(PanelTest, StartsWhereTheLastFileWasChosen) {
         dialog.reject();
     });
     dialogs.runOpenPanel(panel);
-}
-
-TEST_F(PanelTest, AsksAgainWhenAFileOfAnotherTypeWasTyped) {
-    int shown = 0;
-    std::function<void(QFileDialog&)> act = [&](QFileDialog& dialog) {
-        if (++shown == 2) return dialog.reject();
-        whenShown<QFileDialog>(act);
-        dialog.setNameFilter(QStringLiteral("*"));
-        dialog.setDirectory(folder.path());
-        dialog.selectFile(folder.filePath(QStringLiteral("c.txt")));
-        static_cast<QDialog&>(dialog).accept();
-    };
-    whenShown<QFileDialog>(act);
-    EXPECT_EQ(dialogs.runOpenPanel(panel), std::nullopt);
-    EXPECT_EQ(shown, 2);
 }
 
 } // namespace

@@ -1,0 +1,385 @@
+// The log: what was appended, as it was appended, at its end; selecting, copying, scrolling.
+#include "ui/qt_log_view.h"
+#include "ui/text.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace oxlade::test {
+namespace {
+
+class LogTest : public ::testing::Test {
+  protected:
+    LogTest() {
+        window.resize(712, 156);
+        log.resize(window.size());
+        window.show();
+        window.activateWindow();
+        log.setFocus();
+        QApplication::processEvents();
+    }
+    /// Appends and brings it into the view.
+    void append(std::string_view text) {
+        log.append(text);
+        log.flush();
+    }
+    void appendLines(int count) {
+        for (int i = 0; i < count; ++i) log.append("line " + std::to_string(i) + "\n");
+        log.flush();
+    }
+    /// Appends much more than one slice takes.
+    std::string flood() {
+        std::string all;
+        for (int i = 0; i < 400'000; ++i) all += "line " + std::to_string(i) + "\n";
+        log.append(all);
+        EXPECT_TRUE(log.isBehind());
+        return all;
+    }
+    void press(int key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&log, static_cast<Qt::Key>(key), modifiers);
+    }
+    std::string copied() {
+        QApplication::clipboard()->clear();
+        log.copySelection();
+        return toUtf8(QApplication::clipboard()->text());
+    }
+    std::string allCopied() {
+        log.selectEverything();
+        return copied();
+    }
+    /// Selects in positions of the view.
+    void selectInView(int from, int to) {
+        QTextCursor cursor = log.textCursor();
+        cursor.setPosition(from);
+        cursor.setPosition(to, QTextCursor::KeepAnchor);
+        log.setTextCursor(cursor);
+    }
+    bool endIsVisible() {
+        QApplication::processEvents();
+        QTextCursor end{log.document()};
+        end.movePosition(QTextCursor::End);
+        const QRect line = log.cursorRect(end);
+        return line.top() >= 0 && line.bottom() <= log.viewport()->height();
+    }
+    QScrollBar& bar() { return *log.verticalScrollBar(); }
+    /// The place of a text position's row in the log's frame.
+    QRect row(qsizetype position) {
+        QTextCursor cursor{log.document()};
+        cursor.setPosition(static_cast<int>(log.content().toView(position)));
+        return log.cursorRect(cursor).translated(log.viewport()->pos());
+    }
+    void expectShortBlocks() {
+        for (QTextBlock block = log.document()->begin(); block.isValid(); block = block.next())
+            ASSERT_LE(block.text().size(), LogText::longestBlock);
+    }
+    QWidget window;
+    QtLogView log{&window};
+};
+
+TEST_F(LogTest, AddsNoLineEndings) {
+    append("Erase 4");
+    append("2%\n");
+    EXPECT_EQ(toUtf8(log.toPlainText()), "Erase 42%") << "no empty line at the end";
+    append("Erase 43%\n");
+    EXPECT_EQ(toUtf8(log.toPlainText()), "Erase 42%\nErase 43%");
+    EXPECT_EQ(toUtf8(log.string()), "Erase 42%\nErase 43%\n");
+}
+
+TEST_F(LogTest, TheFirstFrameShowsAllThatWasAppendedBeforeIt) {
+    QtLogView fresh{nullptr};
+    fresh.append("Oxlade started.\n");
+    fresh.append("Firmware selected.\n");
+    EXPECT_FALSE(fresh.isBehind());
+    EXPECT_EQ(toUtf8(fresh.toPlainText()), "Oxlade started.\nFirmware selected.");
+}
+
+TEST_F(LogTest, EveryAppendScrollsToTheEnd) {
+    appendLines(200);
+    EXPECT_TRUE(endIsVisible());
+    log.verticalScrollBar()->setValue(0);
+    EXPECT_FALSE(endIsVisible());
+    append("more");
+    EXPECT_TRUE(endIsVisible());
+    for (int i = 0; i < 30; ++i) log.append(std::string(1000, 'x') + "\n");
+    append(std::string(9000, 'y'));
+    EXPECT_TRUE(endIsVisible()) << "behind wrapped lines";
+    for (int i = 0; i < 50; ++i) log.append("and many words that go on and on ");
+    log.flush();
+    EXPECT_TRUE(endIsVisible());
+}
+
+TEST_F(LogTest, AFloodArrivesWholeByManyTurnsOfTheEventLoopInPackedBlocks) {
+    const std::string all = flood();
+    QElapsedTimer deadline;
+    deadline.start();
+    int turns = 0;
+    for (; log.isBehind() && !deadline.hasExpired(60'000); ++turns) QApplication::processEvents();
+    EXPECT_GE(turns, 3);
+    EXPECT_TRUE(endIsVisible());
+    EXPECT_LT(log.blockCount(), 5000);
+    EXPECT_TRUE(toUtf8(log.toPlainText()) + "\n" == all);
+    expectShortBlocks();
+    EXPECT_NEAR(log.document()->lineCount(), 400'000, 10) << "the scroll range counts its rows";
+}
+
+TEST_F(LogTest, ASelectionDoesNotGrow) {
+    append("one two three");
+    selectInView(4, 7);
+    append(" four\nfive");
+    EXPECT_EQ(copied(), "two");
+    const int end = static_cast<int>(log.string().size());
+    selectInView(end, end - 4); // backwards from the end
+    append(" six\n");
+    EXPECT_EQ(copied(), "five");
+    EXPECT_EQ(log.textCursor().position(), end - 4);
+    selectInView(end + 4, end + 4);
+    append("\nseven");
+    EXPECT_EQ(copied(), "");
+}
+
+TEST_F(LogTest, WhatIsCopiedIsWhatWasAppended) {
+    using namespace std::string_literals;
+    const std::string odd =
+        "nul \0 bell \a escape \x1b[1m backspace \b form\f\v"s +
+        "\ttab \u00A0 no-break \u202E override \u2028 line \u2029 paragraph \uFEFF mark " +
+        "\uFDD0 \uFDD1 \U0001F600 \u0301 <b>&amp;</b>\r\n\rend\n\n";
+    log.append(odd);
+    EXPECT_EQ(allCopied(), odd);
+}
+
+TEST_F(LogTest, EveryCharacterIsCopiedAsItWasAppended) {
+    QString all;
+    for (char32_t c = 0; c <= QChar::LastValidCodePoint; ++c) {
+        if (QChar::isSurrogate(c)) continue;
+        all += QString::fromUcs4(&c, 1);
+        if (c % 128 == 0) all += u'\n';
+    }
+    for (qsizetype at = 0; at < all.size();) { // cut between characters only
+        qsizetype length = std::min<qsizetype>(100'003, all.size() - at);
+        if (at + length < all.size() && all[at + length].isLowSurrogate()) ++length;
+        log.append(toUtf8(all.mid(at, length)));
+        at += length;
+    }
+    log.flush();
+    EXPECT_TRUE(allCopied() == toUtf8(all));
+}
+
+TEST_F(LogTest, AnyPartOfAnyMixtureIsCopiedAsItWasAppended) {
+    const QString odd[] = {
+        QStringLiteral("word "),  QStringLiteral("\r"),     QStringLiteral("\n"),
+        QStringLiteral("\r\n"),   QStringLiteral("\u2028"), QStringLiteral("\u2029"),
+        QStringLiteral("\uFDD0"), QStringLiteral("\uFDD1"), QString(1, u'\0'),
+        QStringLiteral("\uFFFC"), QStringLiteral("\u0301"), QStringLiteral("\U0001F600"),
+        QStringLiteral("\u202E"), QStringLiteral("\u2067"), QStringLiteral("\t"),
+        QStringLiteral("\u00A0")};
+    std::mt19937 random{16}; // NOLINT: the same mixtures in each run
+    QString all;
+    for (int piece = 0; piece < 300; ++piece) {
+        QString text;
+        // Sometimes so much at once that the view takes it as a flood.
+        for (auto parts = piece % 50 == 49 ? 5000U : random() % 40; parts > 0; --parts)
+            text += odd[random() % std::size(odd)];
+        all += text;
+        log.append(toUtf8(text));
+        if (random() % 4 == 0) log.flush();
+    }
+    all += u'.'; // a line ending at the very end waits for what comes after it
+    append(".");
+    ASSERT_TRUE(allCopied() == toUtf8(all));
+    for (int round = 0; round < 100; ++round) {
+        auto from = static_cast<qsizetype>(random() % static_cast<std::size_t>(all.size()));
+        auto to = std::min(all.size(), from + static_cast<qsizetype>(random() % 3000) + 1);
+        if (all[from].isLowSurrogate()) --from;
+        if (to < all.size() && all[to].isLowSurrogate()) ++to;
+        log.select({from, to});
+        ASSERT_TRUE(copied() == toUtf8(all.mid(from, to - from))) << from << " to " << to;
+    }
+}
+
+TEST_F(LogTest, LongLinesAreBrokenInTheViewAlone) {
+    std::string line(10'000, 'x');
+    append(line);
+    EXPECT_EQ(log.blockCount(), 3);
+    EXPECT_EQ(allCopied(), line);
+    selectInView(3990, 4011);
+    EXPECT_EQ(copied(), std::string(20, 'x')) << "one of the positions is the break";
+    for (int i = 0; i < 3000; ++i) {
+        log.append(std::to_string(i) + ' ');
+        line += std::to_string(i) + ' ';
+    }
+    log.flush();
+    expectShortBlocks();
+    EXPECT_EQ(allCopied(), line);
+}
+
+TEST_F(LogTest, CopyingNothingKeepsTheClipboard) {
+    log.append("text");
+    QApplication::clipboard()->setText(QStringLiteral("mine"));
+    log.copySelection();
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("mine"));
+}
+
+TEST_F(LogTest, CannotBeEdited) {
+    log.append("text");
+    QTest::keyClicks(&log, QStringLiteral("abc"));
+    press(Qt::Key_Backspace);
+    press(Qt::Key_V, Qt::ControlModifier);
+    press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(toUtf8(log.toPlainText()), "text");
+}
+
+TEST_F(LogTest, MarkupIsText) {
+    append("<b>bold</b> &lt;\n");
+    EXPECT_EQ(toUtf8(log.toPlainText()), "<b>bold</b> &lt;");
+}
+
+TEST_F(LogTest, TheWheelNeverZooms) {
+    const QFont before = log.font();
+    for (const Qt::KeyboardModifier modifier : {Qt::NoModifier, Qt::ControlModifier}) {
+        const QPointF at = log.viewport()->rect().center();
+        QWheelEvent event{at,
+                          log.viewport()->mapToGlobal(at),
+                          {},
+                          {0, 480},
+                          Qt::NoButton,
+                          modifier,
+                          Qt::NoScrollPhase,
+                          false};
+        QCoreApplication::sendEvent(log.viewport(), &event);
+        EXPECT_EQ(log.font(), before);
+    }
+}
+
+TEST_F(LogTest, HasNoContextMenus) {
+    for (QWidget* widget : {static_cast<QWidget*>(&bar()), log.viewport()}) {
+        bool hasMenu = false;
+        QTimer::singleShot(0, [&] {
+            hasMenu = QApplication::activePopupWidget() != nullptr;
+            if (hasMenu) QApplication::activePopupWidget()->close();
+        });
+        const QPoint at = widget->rect().center();
+        QContextMenuEvent event{QContextMenuEvent::Mouse, at, widget->mapToGlobal(at)};
+        QCoreApplication::sendEvent(widget, &event);
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(hasMenu);
+    }
+}
+
+TEST_F(LogTest, KeysScrollByRowsAndPages) {
+    appendLines(300);
+    const int end = bar().maximum(), page = bar().pageStep();
+    const std::tuple<int, Qt::KeyboardModifier, int> steps[] = {
+        {Qt::Key_PageUp, Qt::NoModifier, end - page},
+        {Qt::Key_PageUp, Qt::NoModifier, end - 2 * page},
+        {Qt::Key_PageDown, Qt::NoModifier, end - page},
+        {Qt::Key_Up, Qt::NoModifier, end - page - 1},
+        {Qt::Key_Down, Qt::NoModifier, end - page},
+        {Qt::Key_Home, Qt::NoModifier, 0},
+        {Qt::Key_End, Qt::NoModifier, end},
+        {Qt::Key_Home, Qt::ControlModifier, 0}};
+    for (const auto& [key, modifier, expected] : steps) {
+        press(key, modifier);
+        EXPECT_EQ(bar().value(), expected) << key;
+    }
+}
+
+TEST_F(LogTest, ShiftSelectsFromTheFirstVisibleLine) {
+    appendLines(300);
+    const std::string first = toUtf8(log.cursorForPosition({0, 0}).block().text());
+    press(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(copied(), first + "\n");
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(copied(), first + "\nl");
+    press(Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(copied(), first + "\n");
+}
+
+TEST_F(LogTest, SelectingToTheEndIncludesTheLastLineFeedAndDoesNotGrow) {
+    append("one\ntwo\n");
+    log.select({4, 4});
+    const auto modifiers = Qt::ControlModifier | Qt::ShiftModifier;
+    press(Qt::Key_End, modifiers);
+    EXPECT_EQ(copied(), "two\n");
+    append("three\n");
+    EXPECT_EQ(copied(), "two\n");
+    press(Qt::Key_End, modifiers);
+    EXPECT_EQ(copied(), "two\nthree\n");
+    press(Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(copied(), "two\nthre");
+}
+
+TEST_F(LogTest, NoKeyBringsTheRestIntoTheView) {
+    flood();
+    for (const int key : {Qt::Key_Control, Qt::Key_Alt, Qt::Key_A, Qt::Key_Up, Qt::Key_PageUp}) {
+        press(key);
+        EXPECT_TRUE(log.isBehind()) << key;
+    }
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_TRUE(log.isBehind());
+}
+
+TEST_F(LogTest, SelectAllTakesTheTextOfItsMoment) {
+    const std::string all = flood();
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_TRUE(copied() == all);
+    EXPECT_TRUE(log.isBehind()) << "waited for the view";
+    append("later\n");
+    EXPECT_TRUE(copied() == all);
+    EXPECT_EQ(log.textCursor().position(),
+              log.content().toView(static_cast<qsizetype>(all.size())));
+    QApplication::clipboard()->clear();
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(toUtf8(QApplication::clipboard()->text()) == all);
+}
+
+TEST_F(LogTest, AnyOtherSelectionReplacesSelectAll) {
+    flood();
+    log.selectEverything();
+    log.select({5, 9});
+    log.flush();
+    EXPECT_EQ(copied(), toUtf8(log.string().mid(5, 4)));
+    log.selectEverything();
+    log.moveCursor(QTextCursor::Start);
+    append("more");
+    EXPECT_EQ(copied(), "");
+}
+
+TEST_F(LogTest, AThirdClickSelectsOneLineAlsoInAPackedBlock) {
+    flood();
+    log.flush();
+    const QPoint at = log.cursorRect(log.cursorForPosition({30, 60})).center();
+    ASSERT_TRUE(log.cursorForPosition(at).block().text().contains(QChar{QChar::LineSeparator}));
+    QTest::mouseClick(log.viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseDClick(log.viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseClick(log.viewport(), Qt::LeftButton, {}, at);
+    const std::string line = copied();
+    EXPECT_TRUE(line.starts_with("line ")) << line;
+    EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
+}
+
+TEST_F(LogTest, TheSpaceBelowTheTextIsThatAboveIt) {
+    appendLines(3);
+    const int above = row(0).top();
+    EXPECT_GE(above, 8);
+    EXPECT_LE(above, 12);
+    EXPECT_EQ(row(0).left(), 10);
+    appendLines(100);
+    const int below = log.height() - row(log.string().size() - 2).bottom() - 1;
+    EXPECT_LE(std::abs(below - above), 2) << above << ' ' << below;
+    append("without an end");
+    EXPECT_EQ(log.height() - row(log.string().size()).bottom() - 1, below);
+    EXPECT_EQ(log.viewport()->geometry().bottom(), log.rect().bottom());
+}
+
+} // namespace
+} // namespace oxlade::test

@@ -1,0 +1,200 @@
+// The place, font and colour of every control.
+#include "tests/ui/program.h"
+
+#include <cmath>
+
+namespace oxlade::test {
+namespace {
+
+TEST(Layout, CountsFromTheBottomLeftCorner) {
+    EXPECT_EQ(fromBottomLeft({0, 0, 10, 20}, 100), QRect(0, 80, 10, 20));
+    EXPECT_EQ(fromBottomLeft({0, 80, 10, 20}, 100), QRect(0, 0, 10, 20));
+    EXPECT_EQ(fromBottomLeft({90, 0, 10, 20}, 100), QRect(90, 80, 10, 20));
+    EXPECT_EQ(fromBottomLeft({90, 80, 10, 20}, 100), QRect(90, 0, 10, 20));
+    EXPECT_EQ(fromBottomLeft({-5, -7, 10, 20}, 100), QRect(-5, 87, 10, 20));
+}
+
+struct Place {
+    const char* name;
+    const char* parent;
+    QRect frame; ///< from the parent's bottom left corner
+};
+
+const Place places[] = {
+    {"titleLabel", "content", {26, 552, 420, 32}},
+    {"subtitleLabel", "content", {27, 530, 520, 18}},
+    {"languageControl", "content", {636, 554, 100, 24}},
+    {"girlView", "content", {24, 332, 260, 184}},
+    {"deviceCard", "content", {300, 416, 436, 100}},
+    {"deviceCaptionLabel", "deviceCard", {16, 76, 280, 14}},
+    {"deviceStatusDot", "deviceCard", {17, 55, 10, 10}},
+    {"deviceStatusLabel", "deviceCard", {34, 50, 270, 20}},
+    {"deviceDetailLabel", "deviceCard", {16, 12, 290, 32}},
+    {"checkButton", "deviceCard", {320, 34, 104, 32}},
+    {"firmwareCard", "content", {300, 332, 436, 72}},
+    {"firmwareCaptionLabel", "firmwareCard", {16, 48, 190, 14}},
+    {"firmwareLabel", "firmwareCard", {16, 18, 190, 20}},
+    {"builtinButton", "firmwareCard", {212, 20, 104, 32}},
+    {"chooseButton", "firmwareCard", {320, 20, 104, 32}},
+    {"progressCard", "content", {24, 232, 712, 84}},
+    {"operationLabel", "progressCard", {16, 52, 440, 18}},
+    {"percentLabel", "progressCard", {456, 52, 80, 18}},
+    {"progress", "progressCard", {16, 22, 520, 20}},
+    {"installButton", "progressCard", {552, 22, 148, 40}},
+    {"logCaptionLabel", "content", {28, 206, 300, 14}},
+    {"logScrollView", "content", {24, 44, 712, 156}},
+    {"logView", "logScrollView", {0, 0, 712, 156}},
+};
+
+class LayoutTest : public ProgramTest {
+  protected:
+    QWidget* find(const char* name) {
+        return program.window().findChild<QWidget*>(QLatin1String{name});
+    }
+};
+
+TEST_F(LayoutTest, EveryControlHasItsFrameInItsParent) {
+    for (const Place& place : places) {
+        const QWidget* widget = find(place.name);
+        ASSERT_NE(widget, nullptr) << place.name;
+        EXPECT_EQ(widget->parentWidget(), find(place.parent)) << place.name;
+        const QRect expected = fromBottomLeft(place.frame, widget->parentWidget()->height());
+        EXPECT_EQ(widget->geometry(), expected) << place.name;
+        EXPECT_TRUE(widget->isVisible()) << place.name;
+    }
+}
+
+TEST_F(LayoutTest, LaterControlsStandOnEarlierOnes) {
+    QStringList expected, actual;
+    for (const Place& place : places)
+        if (std::string_view{place.parent} == "content") expected << QLatin1String{place.name};
+    expected << QStringLiteral("creditLabel") << QStringLiteral("websiteLink");
+    for (const QObject* child : program.content().children())
+        if (child->isWidgetType()) actual << child->objectName();
+    EXPECT_EQ(actual.join(u' ').toStdString(), expected.join(u' ').toStdString());
+}
+
+struct Text {
+    const char* name;
+    int pixels;
+    QFont::Weight weight;
+    SemanticColor color;
+    Truncation truncation = Truncation::tail;
+};
+
+using enum SemanticColor;
+const Text texts[] = {
+    {"titleLabel", 26, QFont::Bold, labelColor},
+    {"subtitleLabel", 13, QFont::Normal, secondaryLabelColor},
+    {"deviceCaptionLabel", 10, QFont::DemiBold, secondaryLabelColor},
+    {"deviceStatusLabel", 14, QFont::DemiBold, labelColor},
+    {"deviceDetailLabel", 12, QFont::Normal, secondaryLabelColor, Truncation::twoLines},
+    {"firmwareCaptionLabel", 10, QFont::DemiBold, secondaryLabelColor},
+    {"firmwareLabel", 13, QFont::Medium, labelColor, Truncation::middle},
+    {"operationLabel", 13, QFont::Medium, labelColor},
+    {"percentLabel", 13, QFont::Normal, secondaryLabelColor},
+    {"logCaptionLabel", 10, QFont::DemiBold, secondaryLabelColor},
+    {"creditLabel", 11, QFont::Normal, secondaryLabelColor},
+};
+
+TEST_F(LayoutTest, EveryTextHasItsFontColourAndTruncation) {
+    for (const Text& text : texts) {
+        const auto* label = dynamic_cast<LabelView*>(find(text.name));
+        ASSERT_NE(label, nullptr) << text.name;
+        const bool isPercent = label == widgets().percentLabel;
+        EXPECT_EQ(label->font().pixelSize(), text.pixels) << text.name;
+        EXPECT_EQ(label->font().weight(), text.weight) << text.name;
+        EXPECT_EQ(label->style().color, text.color) << text.name;
+        EXPECT_EQ(label->style().truncation, text.truncation) << text.name;
+        EXPECT_EQ(label->style().alignment, isPercent ? Qt::AlignRight : Qt::AlignLeft);
+        EXPECT_EQ(label->style().tabularDigits, isPercent);
+    }
+    for (const QWidget* widget : {find("websiteLink"), find("logView")}) {
+        EXPECT_EQ(widget->font().pixelSize(), 11);
+        EXPECT_EQ(widget->font().weight(), QFont::Normal);
+    }
+    EXPECT_TRUE(QFontInfo{find("logView")->font()}.fixedPitch());
+}
+
+TEST_F(LayoutTest, TheBarGoesFromNothingToAHundredAndStartsEmpty) {
+    QtProgressIndicator& bar = *program.widgets().progress;
+    EXPECT_EQ(QtProgressIndicator::minimum, 0);
+    EXPECT_EQ(QtProgressIndicator::maximum, 100);
+    EXPECT_EQ(bar.doubleValue(), 0);
+    bar.setDoubleValue(15.5);
+    EXPECT_EQ(bar.doubleValue(), 15.5);
+    bar.setDoubleValue(101);
+    EXPECT_EQ(bar.doubleValue(), 100);
+    bar.setDoubleValue(-1);
+    EXPECT_EQ(bar.doubleValue(), 0);
+}
+
+TEST_F(LayoutTest, TheLogHasNoHorizontalScrollerNoFrameAndIsReadOnly) {
+    const QtLogView& log = *program.widgets().logView;
+    EXPECT_EQ(log.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    EXPECT_NE(log.verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    EXPECT_EQ(log.frameShape(), QFrame::NoFrame);
+    EXPECT_TRUE(log.textInteractionFlags() & Qt::TextSelectableByMouse);
+    EXPECT_TRUE(log.textInteractionFlags() & Qt::TextSelectableByKeyboard);
+    EXPECT_FALSE(log.isUndoRedoEnabled());
+    EXPECT_EQ(log.maximumBlockCount(), 0) << "the log has no limit";
+}
+
+TEST_F(LayoutTest, OnlyTheFirmwareLabelHasAToolTip) {
+    for (const QWidget* widget : program.window().findChildren<QWidget*>())
+        EXPECT_EQ(!widget->toolTip().isEmpty(), widget == program.widgets().firmwareLabel)
+            << widget->objectName().toStdString();
+}
+
+TEST_F(LayoutTest, TheWindowIsOfFixedSizeAndCanBeMinimisedAndClosed) {
+    const MainWindow& window = program.window();
+    EXPECT_EQ(content().size(), QSize(760, 620));
+    EXPECT_EQ(window.size(), QSize(760, 620 + program.menuBar().height()));
+    EXPECT_EQ(window.minimumSize(), window.size());
+    EXPECT_EQ(window.maximumSize(), window.size());
+    EXPECT_FALSE(window.windowFlags() & Qt::WindowMaximizeButtonHint);
+    EXPECT_TRUE(window.windowFlags() & Qt::WindowMinimizeButtonHint);
+    EXPECT_TRUE(window.windowFlags() & Qt::WindowCloseButtonHint);
+}
+
+TEST(StartingPlace, IsCentredWithTheTitleBarOnTheScreen) {
+    EXPECT_EQ(startingPlace({0, 0, 1000, 1000}, {600, 400}), QPoint(200, 300));
+    EXPECT_EQ(startingPlace({50, 30, 1000, 1000}, {600, 400}), QPoint(250, 330));
+    EXPECT_EQ(startingPlace({0, 0, 1024, 600}, {760, 642}), QPoint(132, 0));
+    EXPECT_EQ(startingPlace({64, 27, 640, 453}, {760, 642}), QPoint(64, 27));
+}
+
+TEST(CreditLine, ShowsTheVersionIfThereIsOneAndIsCentred) {
+    const std::string author = "by Verrin  \u00B7", long_(200, '8');
+    const std::tuple<std::string, std::string, std::string> rows[] = {
+        {"1.2.3", "oxlade.example", "v1.2.3  \u00B7  " + author},
+        {"12.34.56", "oxlade.example", "v12.34.56  \u00B7  " + author},
+        {"", "oxlade.example", author},
+        {long_, "oxlade.example", "v" + long_ + "  \u00B7  " + author},
+        {"1.0.0", std::string(200, 'w') + ".example", "v1.0.0  \u00B7  " + author},
+    };
+    for (const auto& [version, website, expected] : rows) {
+        Program program{0, version, website};
+        program.start();
+        const QtLabel& label = *program.widgets().creditLabel;
+        const QPushButton& link = *program.widgets().websiteLink;
+        EXPECT_EQ(label.text().toStdString(), expected);
+        EXPECT_EQ(label.displayedLines(), QStringList{label.text()}) << "elided";
+        EXPECT_EQ(link.text().toStdString(), website);
+        const int credit = label.sizeHint().width(), linkWidth = link.sizeHint().width();
+        const int x = static_cast<int>(std::floor((760 - (credit + 4 + linkWidth)) * 0.5));
+        EXPECT_EQ(label.geometry(), fromBottomLeft({x, 15, credit, 14}, 620));
+        EXPECT_EQ(link.geometry(), fromBottomLeft({x + credit + 4, 15, linkWidth, 14}, 620));
+    }
+}
+
+TEST(LanguageControl, ShowsTheLanguageChosenAtStart) {
+    for (const std::int64_t language : {0, 1}) {
+        Program program{language};
+        program.start();
+        EXPECT_EQ(program.widgets().languageControl->selectedSegment(), language);
+    }
+}
+
+} // namespace
+} // namespace oxlade::test
