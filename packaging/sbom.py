@@ -3,9 +3,8 @@
 
     packaging/sbom.py PACKAGE.deb SOURCE.tar.xz
 
-It names the files in the package, the source, what is linked into them statically and, with the
-versions of the system that it runs on, the packages that are depended on. The time in it is
-SOURCE_DATE_EPOCH.
+It names the files in the package, the source and, with the versions of the system that it runs on,
+the packages that are depended on. The time in it is SOURCE_DATE_EPOCH.
 """
 import hashlib
 import io
@@ -17,8 +16,6 @@ import sys
 import tarfile
 from datetime import datetime, timezone
 from pathlib import Path
-
-GCC_LICENCE = "GPL-3.0-or-later WITH GCC-exception-3.1"
 
 
 def output_of(*command: str) -> str:
@@ -62,29 +59,22 @@ def package(name: str, version: str, licence: str, **more: object) -> dict[str, 
             "copyrightText": "NOASSERTION", **more}
 
 
-def debian_package(name: str, licence: str = "NOASSERTION") -> dict[str, object]:
+def debian_package(name: str) -> dict[str, object]:
     """With the version that is installed here, if it is."""
     query = subprocess.run(["dpkg-query", "-W", "-f", "${Version} ${Architecture}", name],
                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False)
     if query.returncode != 0 or len(query.stdout.split()) != 2:
-        return package(name, "NOASSERTION", licence)
+        return package(name, "NOASSERTION", "NOASSERTION")
     version, architecture = query.stdout.split()
     reference = {"referenceCategory": "PACKAGE-MANAGER", "referenceType": "purl",
                  "referenceLocator": f"pkg:deb/debian/{name}@{version}?arch={architecture}"}
-    return package(name, version, licence, externalRefs=[reference])
+    return package(name, version, "NOASSERTION", externalRefs=[reference])
 
 
 def dependencies(deb: Path) -> list[str]:
     """The first of alternatives."""
     words = output_of("dpkg-deb", "--field", str(deb), "Depends").split(",")
     return sorted({word.split("|")[0].split("(")[0].strip().split(":")[0] for word in words})
-
-
-def static_library() -> dict[str, object]:
-    """The keeper holds the compiler's libraries, so that it starts fast."""
-    file = output_of("g++", "-print-file-name=libstdc++.a")
-    owner = output_of("dpkg", "--search", str(Path(file).resolve())).split(":")[0]
-    return debian_package(owner, GCC_LICENCE)
 
 
 def document(deb: Path, source: Path) -> dict[str, object]:
@@ -98,8 +88,6 @@ def document(deb: Path, source: Path) -> dict[str, object]:
     origin = package(source.name, version, "MIT", packageFileName=source.name,
                      checksums=checksums(source.read_bytes()), primaryPackagePurpose="SOURCE")
     needed = [debian_package(each) for each in dependencies(deb)]
-    static = static_library()
-    keeper = next(file for file in files if str(file["fileName"]).endswith("/oxlade-keeper"))
 
     def related(one: object, kind: str, other: object) -> dict[str, object]:
         return {"spdxElementId": one, "relationshipType": kind, "relatedSpdxElement": other}
@@ -110,11 +98,10 @@ def document(deb: Path, source: Path) -> dict[str, object]:
         "documentNamespace": f"{homepage.rstrip('/')}/spdx/{deb.stem}-{hashlib.sha256(content).hexdigest()}",
         "creationInfo": {"created": created.strftime("%Y-%m-%dT%H:%M:%SZ"),
                          "creators": ["Organization: The Oxlade authors", "Tool: oxlade-sbom"]},
-        "packages": [main, origin, static, *needed], "files": files,
+        "packages": [main, origin, *needed], "files": files,
         "relationships": [
             related("SPDXRef-DOCUMENT", "DESCRIBES", main["SPDXID"]),
             related(main["SPDXID"], "GENERATED_FROM", origin["SPDXID"]),
-            related(keeper["SPDXID"], "STATIC_LINK", static["SPDXID"]),
             *(related(main["SPDXID"], "CONTAINS", file["SPDXID"]) for file in files),
             *(related(main["SPDXID"], "DEPENDS_ON", each["SPDXID"]) for each in needed)]}
 
