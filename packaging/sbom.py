@@ -16,6 +16,7 @@ import sys
 import tarfile
 from datetime import datetime, timezone
 from pathlib import Path
+from urllib.parse import quote
 
 
 def output_of(*command: str) -> str:
@@ -66,8 +67,9 @@ def debian_package(name: str) -> dict[str, object]:
     if query.returncode != 0 or len(query.stdout.split()) != 2:
         return package(name, "NOASSERTION", "NOASSERTION")
     version, architecture = query.stdout.split()
+    exact = quote(version, safe=":~")
     reference = {"referenceCategory": "PACKAGE-MANAGER", "referenceType": "purl",
-                 "referenceLocator": f"pkg:deb/debian/{name}@{version}?arch={architecture}"}
+                 "referenceLocator": f"pkg:deb/debian/{quote(name)}@{exact}?arch={architecture}"}
     return package(name, version, "NOASSERTION", externalRefs=[reference])
 
 
