@@ -6,7 +6,8 @@ build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-qpa-plugins li
 # A virtual display and session, and what the UI test driver uses.
 display_packages=(xvfb openbox xdotool dbus at-spi2-core python3-gi
                   imagemagick x11-utils x11-xserver-utils procps)
-test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales xclip)
+test_packages=(libgtest-dev libgmock-dev fonts-noto-core locales xclip
+               desktop-file-utils appstream man-db)
 # What scripts/test --all adds.
 check_packages=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev reuse
                 libbenchmark-dev libxcb1-dev libxcb-damage0-dev)

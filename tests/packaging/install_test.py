@@ -9,10 +9,11 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from packager import CMAKE, IMAGE, ONLY_FOR_THE_SIMULATOR, Packager, files_in
+from packager import CMAKE, IMAGE, ONLY_FOR_THE_SIMULATOR, SOURCE, Packager, files_in
 
 PROGRAMS = {"MacOS/oxlade-app", "MacOS/oxlade-keeper"}
 LINK = "/usr/libexec/oxlade-helper"
+ID = "io.oxlade.Oxlade"
 
 
 class InstallTest(Packager):
@@ -76,6 +77,21 @@ class InstallTest(Packager):
             executable = each.is_dir() or each.parent.name == "MacOS"
             self.assertEqual(stat.S_IMODE(each.stat().st_mode), 0o755 if executable else 0o644,
                              each)
+
+    def test_the_desktop_is_told_of_the_program(self) -> None:
+        self.install_for()
+        usr = self.stage / "usr"
+        icons = {"share/icons/hicolor/" + ("scalable" if each.suffix == ".svg"
+                 else "{0}x{0}".format(each.stem.rpartition("-")[2])) + "/apps/" + ID + each.suffix
+                 for each in (SOURCE / "packaging/icon").glob(f"{ID}*")}
+        self.assertEqual({each for each in files_in(usr) if not each.startswith("lib/oxlade/")},
+                         {"bin/oxlade-app", f"share/applications/{ID}.desktop",
+                          f"share/metainfo/{ID}.metainfo.xml", "share/man/man1/oxlade-app.1",
+                          "share/man/ru/man1/oxlade-app.1", *icons})
+        self.assertFalse(os.path.isabs(os.readlink(usr / "bin/oxlade-app")))
+        self.assertTrue((usr / "bin/oxlade-app").samefile(self.installed / "MacOS/oxlade-app"))
+        for each in files_in(usr / "share"):
+            self.assertEqual(stat.S_IMODE((usr / "share" / each).stat().st_mode), 0o644, each)
 
     def test_strip_removes_the_symbols(self) -> None:
         self.build_all(CMAKE_INSTALL_PREFIX="/usr")
