@@ -29,7 +29,6 @@ int main(int argc, char* argv[]) {
         languageAtStart(userDefaults.string(interfaceLanguageKey), preferredLanguages());
     argc = 1; // there are no options, not even Qt's own
     QApplication application{argc, argv};
-
     QtBundle bundle{executableDirectory()};
     PosixFileSystem fileSystem;
     const AppDelegate* controller = nullptr;
@@ -52,8 +51,7 @@ int main(int argc, char* argv[]) {
     // Not by Qt, which posts an event to quit: an alert that opens next would remove it.
     QApplication::setQuitOnLastWindowClosed(false);
     if (delegate->applicationShouldTerminateAfterLastWindowClosed())
-        QObject::connect(&application, &QGuiApplication::lastWindowClosed,
-                         [] { QApplication::exit(); });
+        QObject::connect(qApp, &QGuiApplication::lastWindowClosed, [] { QApplication::exit(); });
     // In the event loop: exec() ignores an exit() before it, as during an alert at the start.
     QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
     QApplication::exec();

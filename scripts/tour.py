@@ -4,7 +4,7 @@ and puts them all on one sheet.
 
     scripts/tour [--scale N] [--readme] [BUNDLE OUTPUT]
 
-BUNDLE is build/run/Oxlade.app unless said otherwise, OUTPUT build/tour. With
+BUNDLE is build/dev/Oxlade.app unless said otherwise, OUTPUT build/tour. With
 --scale 2 each point has four pixels. With --readme, the pictures that README.md
 shows are made anew, and nothing else.
 """
@@ -175,7 +175,7 @@ def main() -> int:
     parser = argparse.ArgumentParser(usage=(__doc__ or "").split("\n\n")[1].strip())
     parser.add_argument("--scale", type=int, choices=(1, 2), default=1)
     parser.add_argument("--readme", action="store_true")
-    parser.add_argument("bundle", nargs="?", type=Path, default=root / "build/run/Oxlade.app")
+    parser.add_argument("bundle", nargs="?", type=Path, default=root / "build/dev/Oxlade.app")
     parser.add_argument("output", nargs="?", type=Path, default=root / "build/tour")
     options = parser.parse_args()
     if not options.bundle.is_dir():
