@@ -1,7 +1,6 @@
 // The selection of the image to flash.
 #include "app/app_delegate.h"
-#include "firmware/bundle_paths.h"
-#include "firmware/image_test.h"
+#include "firmware/firmware.h"
 #include "i18n/string_table.h"
 
 namespace oxlade {

@@ -2,7 +2,7 @@
 #include "app/app_delegate.h"
 #include "app/chunk_decoder.h"
 #include "app/completion.h"
-#include "firmware/bundle_paths.h"
+#include "firmware/firmware.h"
 #include "i18n/string_table.h"
 #include "interfaces/path_names.h"
 

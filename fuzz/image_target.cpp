@@ -1,5 +1,5 @@
 // The image test against its rule in other words.
-#include "firmware/image_test.h"
+#include "firmware/firmware.h"
 #include "fuzz/fuzz_target.h"
 
 #include <cstring>

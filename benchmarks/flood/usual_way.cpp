@@ -1,4 +1,4 @@
-// The usual way, to compare with: the toolkit's process class on the main thread,
+// The usual way, to compare with: Qt's process class on the main thread,
 // each line to a text view and a bar as it comes.
 //
 // usage: bench_usual_way HELPER [ARGUMENT...]

@@ -1,4 +1,4 @@
-// A window with nothing in it: the toolkit's own cost.
+// A window with nothing in it: the cost of Qt itself.
 // usage: bench_empty_window WIDTH HEIGHT
 #include <QApplication>
 #include <QWidget>

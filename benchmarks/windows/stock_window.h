@@ -1,4 +1,4 @@
-// A window with as many widgets as ours has, of the kinds that the toolkit brings:
+// A window with as many widgets as ours has, of the kinds that Qt has:
 // what a program like ours would look like without any drawing of its own.
 #pragma once
 

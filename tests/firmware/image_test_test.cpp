@@ -1,4 +1,4 @@
-#include "firmware/image_test.h"
+#include "firmware/firmware.h"
 #include "interfaces/path_names.h"
 
 #include <gtest/gtest.h>

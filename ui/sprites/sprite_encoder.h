@@ -91,7 +91,7 @@ constexpr EncodedArt<size> encodeArt(std::string_view art) {
     const char* const end = art.data() + art.size();
     for (; at != end; ++at) {
         const char* const begin = at;
-        ++row;
+        if (++row > size.height) return failed(ArtFault::wrongHeight, row, 0);
         for (; *at != '\n'; ++at) {
             if (*at == current) {
                 ++run;
@@ -99,13 +99,13 @@ constexpr EncodedArt<size> encodeArt(std::string_view art) {
             }
             const auto column = static_cast<std::size_t>(at - begin) + 1;
             if (*at != '#' && *at != '.') return failed(ArtFault::wrongCharacter, row, column);
-            encoded.encoder.addRun(run, level(current));
+            // The encoder has room for the pixels of `size` alone.
+            if (column <= size.width) encoded.encoder.addRun(run, level(current));
             current = *at;
             run = 1;
         }
         const auto width = static_cast<std::size_t>(at - begin);
         if (width != size.width) return failed(ArtFault::wrongWidth, row, width);
-        if (row > size.height) return failed(ArtFault::wrongHeight, row, 0);
     }
     if (row != size.height) return failed(ArtFault::wrongHeight, row, 0);
     encoded.encoder.addRun(run, level(current));

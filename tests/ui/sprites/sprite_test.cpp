@@ -190,6 +190,7 @@ TEST(Art, IsEncodedWithRunsAcrossRows) {
 TEST(Art, ItsFirstFaultIsFoundWithItsPlace) {
     EXPECT_EQ(faultOf("\n#...\n.#.\n"), (ArtFault{ArtFault::wrongWidth, 2, 3}));
     EXPECT_EQ(faultOf("\n#....\n.#..\n"), (ArtFault{ArtFault::wrongWidth, 1, 5}));
+    EXPECT_EQ(faultOf("\n#.#.#.#.#.#.#.#.#.#.\n"), (ArtFault{ArtFault::wrongWidth, 1, 20}));
     EXPECT_EQ(faultOf("\n....\n..x.\n"), (ArtFault{ArtFault::wrongCharacter, 2, 3}));
     EXPECT_EQ(faultOf("\n....\r\n....\r\n"), (ArtFault{ArtFault::wrongCharacter, 1, 5}));
     EXPECT_EQ(faultOf("\n....\n"), (ArtFault{ArtFault::wrongHeight, 1, 0}));

@@ -1,4 +1,5 @@
-// Tests whether a file looks like an operating-system image.
+// The files of a flash: where the helper and the shipped image are, and whether a file looks
+// like an operating-system image. Nothing is cached: each call asks the file system.
 #pragma once
 
 #include "interfaces/system.h"
@@ -9,6 +10,15 @@
 #include <string_view>
 
 namespace oxlade {
+
+/// The path of the helper: "Contents/MacOS/oxlade" in the bundle if that is an executable
+/// file, otherwise "oxlade" in the current directory, which need not exist.
+/// Main thread.
+std::string loaderPath(const Bundle& bundle, const FileSystem& fileSystem);
+
+/// The path of the shipped image, the resource mpcv171.bin; empty if the bundle has none.
+/// Main thread.
+std::string bundledFirmwarePath(const Bundle& bundle);
 
 inline constexpr std::string_view imageSignature = "MPC4000 Operating System";
 inline constexpr std::size_t imageSignatureOffset = 32; ///< bytes

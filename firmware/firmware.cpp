@@ -1,4 +1,4 @@
-#include "firmware/bundle_paths.h"
+#include "firmware/firmware.h"
 
 #include "interfaces/path_names.h"
 
@@ -12,6 +12,19 @@ std::string loaderPath(const Bundle& bundle, const FileSystem& fileSystem) {
 
 std::string bundledFirmwarePath(const Bundle& bundle) {
     return bundle.pathForResource("mpcv171", "bin").value_or(std::string{});
+}
+
+std::optional<std::string_view> imageRefusal(const FileSystem& fileSystem,
+                                             const std::string& path) {
+    switch (testImage(fileSystem.head(path, imageMinimumSize))) {
+    case ImageVerdict::tooSmall:
+        return "firmware.invalid.small";
+    case ImageVerdict::noSignature:
+        return "firmware.invalid.signature";
+    case ImageVerdict::acceptable:
+        break;
+    }
+    return std::nullopt;
 }
 
 } // namespace oxlade
