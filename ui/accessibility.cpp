@@ -10,7 +10,9 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QDialog>
 #include <QLabel>
+#include <QMessageBox>
 #include <QRadioButton>
 #include <QTextBoundaryFinder>
 #include <QTextCursor>
@@ -260,6 +262,25 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
     QtLogView& log_;
 };
 
+/// An alert or the chooser. Qt does not tell that a dialog is modal.
+class DialogAccess final : public QAccessibleWidget {
+  public:
+    explicit DialogAccess(QDialog& dialog)
+        : QAccessibleWidget{&dialog, qobject_cast<QMessageBox*>(&dialog) != nullptr
+                                         ? QAccessible::AlertMessage
+                                         : QAccessible::Dialog},
+          dialog_{dialog} {}
+
+    QAccessible::State state() const override {
+        QAccessible::State result = QAccessibleWidget::state();
+        result.modal = dialog_.isModal();
+        return result;
+    }
+
+  private:
+    QDialog& dialog_;
+};
+
 /// The role of a widget that shows nothing by itself.
 QAccessible::Role plainRoleOf(const QObject& object) {
     if (dynamic_cast<const CardView*>(&object) != nullptr ||
@@ -278,6 +299,7 @@ QAccessibleInterface* interfaceFor(const QString& className, QObject* object) {
     if (auto* bar = dynamic_cast<QtProgressIndicator*>(object)) return new ProgressAccess{*bar};
     if (auto* log = dynamic_cast<QtLogView*>(object)) return new LogAccess{*log};
     if (auto* segment = qobject_cast<QRadioButton*>(object)) return new SegmentAccess{*segment};
+    if (auto* dialog = qobject_cast<QDialog*>(object)) return new DialogAccess{*dialog};
     if (className == QLatin1String{"QTipLabel"})
         return new ToolTipAccess{*static_cast<QLabel*>(object)};
     auto* widget = qobject_cast<QWidget*>(object);

@@ -20,7 +20,8 @@ void QtButton::setTitle(std::string_view title) {
 }
 
 void QtButton::setEnabled(bool enabled) {
-    if (enabled == isEnabled()) return;
+    // Not isEnabled(), which is false for all controls while an alert is open.
+    if (enabled != testAttribute(Qt::WA_ForceDisabled)) return;
     // The window knows its focus widget also while another window, an alert, is active.
     if (!enabled) lostFocus_ = window()->focusWidget() == this;
     // Before disabling, which would move the focus on to the next control, and screen readers

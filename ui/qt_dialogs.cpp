@@ -18,6 +18,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPointer>
 #include <QPushButton>
 #include <QTranslator>
 
@@ -89,6 +90,35 @@ QPixmap alertIcon(AlertStyle style, double devicePixelRatio) {
     }
     return result;
 }
+
+/// Disables the window's content and menu bar while a dialog is open. Modality closes them to
+/// input alone: assistive technology would show the controls as enabled and could press them.
+/// The controls' own enabled flags stay as they are.
+class WindowBlock final {
+  public:
+    /// `window` may be null.
+    explicit WindowBlock(QWidget* window)
+        : focused_{window == nullptr ? nullptr : window->focusWidget()} {
+        if (window == nullptr) return;
+        for (auto* child : window->findChildren<QWidget*>(QString{}, Qt::FindDirectChildrenOnly)) {
+            if (child->isWindow() || child->testAttribute(Qt::WA_ForceDisabled)) continue;
+            child->setEnabled(false);
+            blocked_ << child;
+        }
+    }
+    ~WindowBlock() {
+        for (const auto& child : blocked_)
+            if (child) child->setEnabled(true);
+        // Disabling has taken the focus away.
+        if (focused_ && focused_->isEnabled()) focused_->setFocus(Qt::OtherFocusReason);
+    }
+    WindowBlock(const WindowBlock&) = delete;
+    WindowBlock& operator=(const WindowBlock&) = delete;
+
+  private:
+    QPointer<QWidget> focused_;
+    QList<QPointer<QWidget>> blocked_;
+};
 
 /// Adds the buttons: the first is the default one, the last answers Escape. Returns the first.
 QPushButton* addButtons(QMessageBox& box, std::vector<std::string> titles) {
@@ -215,6 +245,7 @@ QtDialogs::QtDialogs(std::function<QWidget*()> parent)
     : parent_{std::move(parent)}, folder_{QDir::homePath()} {}
 
 bool QtDialogs::runAlert(const Alert& alert) {
+    const WindowBlock block{parent_()};
     QMessageBox box{parent_()};
     box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                        Qt::WindowCloseButtonHint);
@@ -230,6 +261,7 @@ bool QtDialogs::runAlert(const Alert& alert) {
 }
 
 std::optional<std::string> QtDialogs::runOpenPanel(const OpenPanel& panel) {
+    const WindowBlock block{parent_()};
     const ChooserTexts texts;
     Chooser chooser{parent_(), toQString(panel.message), folder_,
                     nameFilter(toQString(panel.fileNameExtension))};

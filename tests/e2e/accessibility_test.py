@@ -34,6 +34,27 @@ class AccessibilityTest(EndToEndCase):
             for role in ("push button", "radio button", "text", "progress bar", "menu item"):
                 self.assertNotIn((role, ""), tree)
 
+    def test_while_an_alert_is_open_nothing_outside_it_can_be_pressed(self) -> None:
+        program = self.start("speed=max")
+        program.check()
+        outside = [program.find("push button", EN.check), program.find("radio button", "RU"),
+                   program.find("push button", "oxlade.example")]
+        log = program.log()
+        program.press(EN.flash)
+        self.assertTrue(program.alert(EN.confirm).has_state("modal"))
+        for each in outside:
+            self.assertFalse(each.has_state("enabled"), each.name)
+            with suppress(ValueError): # where it offers no such action
+                each.press()
+        self.assertEqual(program.log(), log)
+        program.answer(EN.confirm, EN.confirm_ok)
+        program.answer(EN.done)
+        self.assertTrue(program.shows(EN.op_done))
+        for each in outside:
+            self.assertTrue(each.has_state("enabled"), each.name)
+        self.assertEqual([run["argv"].split(",")[0] for run in self.sampler.runs()],
+                         ["--info", "--firmware"])
+
     def hears(self, element: Element, event: str = NAME_CHANGED) -> Callable[[], int]:
         """Counts that event of the element from now on."""
         heard: list[str] = []

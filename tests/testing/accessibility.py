@@ -18,7 +18,8 @@ _ROOT = "/org/a11y/atspi/accessible/root"
 _CALL_MILLISECONDS = 40_000
 
 # Bits of AT-SPI's state set.
-_STATES = {"active": 1, "checked": 4, "editable": 7, "enabled": 8, "focused": 12, "showing": 25}
+_STATES = {"active": 1, "checked": 4, "editable": 7, "enabled": 8, "focused": 12, "modal": 16,
+           "showing": 25}
 # Roles of objects whose children nobody asks for.
 _LEAVES = {"label", "push button", "radio button", "progress bar", "text", "scroll bar"}
 

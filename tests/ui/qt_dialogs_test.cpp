@@ -4,6 +4,7 @@
 #include "ui/qt_dialogs.h"
 #include "ui/text.h"
 
+#include <QAbstractButton>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
@@ -65,6 +66,35 @@ TEST_F(AlertTest, ReturnAnswersTheButtonThatHasTheKeyboard) {
             EXPECT_FALSE(dialogs.runAlert(question)) << key << ' ' << way;
         }
     }
+}
+
+TEST_F(AlertTest, WhileItIsOpenNothingInTheWindowCanBePressed) {
+    makeReady();
+    widgets().installButton->setFocus();
+    whenShown<QMessageBox>([this](QMessageBox& box) {
+        for (auto* button : program.window().findChildren<QAbstractButton*>()) {
+            if (button->window() != &program.window()) continue;
+            EXPECT_FALSE(button->isEnabled()) << qPrintable(button->text());
+            button->click();
+        }
+        EXPECT_FALSE(program.menuBar().isEnabled());
+        EXPECT_TRUE(box.isEnabled());
+        program.delegate->setFirmwarePath({}); // a change of state under the alert
+        program.delegate->updateButtons();
+        press(box, Qt::Key_Escape);
+    });
+    dialogs.runAlert(question);
+    EXPECT_EQ(program.trace.take(), "");
+    EXPECT_EQ(CurrentLanguage, 0);
+    EXPECT_TRUE(program.menuBar().isEnabled());
+    EXPECT_TRUE(widgets().checkButton->isEnabled());
+    EXPECT_FALSE(widgets().installButton->isEnabled());
+}
+
+TEST_F(AlertTest, TheFocusReturnsToTheControlThatHadIt) {
+    widgets().checkButton->setFocus();
+    answerWith(Qt::Key_Escape);
+    EXPECT_EQ(program.window().focusWidget(), widgets().checkButton);
 }
 
 TEST_F(AlertTest, ClosingItIsNotTheFirstButton) {
