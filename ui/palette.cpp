@@ -180,7 +180,8 @@ QPalette interfacePalette(ColorScheme scheme, const QColor& accent) {
     result.setColor(QPalette::HighlightedText, textOn(accent));
     result.setColor(QPalette::Link, color(SemanticColor::linkColor, scheme));
     const QColor disabled = over(color(SemanticColor::tertiaryLabelColor, scheme), ground);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    // Not Text: the log stays readable under an alert that refers to it.
+    for (const auto role : {QPalette::WindowText, QPalette::ButtonText})
         result.setColor(QPalette::Disabled, role, disabled);
     return result;
 }

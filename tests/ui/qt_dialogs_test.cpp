@@ -78,6 +78,9 @@ TEST_F(AlertTest, WhileItIsOpenNothingInTheWindowCanBePressed) {
             button->click();
         }
         EXPECT_FALSE(program.menuBar().isEnabled());
+        const QPalette& log = widgets().logView->palette();
+        EXPECT_EQ(log.color(QPalette::Disabled, QPalette::Text), log.color(QPalette::Text))
+            << "alerts refer to the log";
         EXPECT_TRUE(box.isEnabled());
         program.delegate->setFirmwarePath({}); // a change of state under the alert
         program.delegate->updateButtons();
