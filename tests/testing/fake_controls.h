@@ -161,6 +161,7 @@ struct FakeControls {
 
     Controls pointers() {
         Controls result;
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name takes none
 #define OXLADE_CONTROL(Interface, name) result.name = &name;
         OXLADE_FOR_EACH_CONTROL(OXLADE_CONTROL)
 #undef OXLADE_CONTROL
@@ -168,6 +169,7 @@ struct FakeControls {
     }
 
     Recorder recorder;
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name takes none
 #define OXLADE_CONTROL(Interface, name) Fake<Interface> name{recorder, #name};
     OXLADE_FOR_EACH_CONTROL(OXLADE_CONTROL)
 #undef OXLADE_CONTROL
