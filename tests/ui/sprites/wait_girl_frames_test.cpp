@@ -25,7 +25,8 @@ bool isDark(std::size_t frame, Point p) {
         std::ranges::transform(wait_girl_frames, decoded.begin(), decodedLevels);
         return decoded;
     }();
-    return pictures[frame][static_cast<std::size_t>(p.y * pictureWidth + p.x)] == 0;
+    const auto row = static_cast<std::size_t>(p.y), column = static_cast<std::size_t>(p.x);
+    return pictures[frame][row * pictureWidth + column] == 0;
 }
 
 bool isBalloonSide(Point p) { return p.x < panelLeft; }
