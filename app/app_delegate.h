@@ -10,9 +10,8 @@
 #include "app/completion.h"
 #include "app/output_parser.h"
 #include "i18n/window_texts.h"
-#include "interfaces/controls.h"
-#include "interfaces/device_state.h"
 #include "interfaces/system.h"
+#include "interfaces/types.h"
 #include "interfaces/user_interface.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // The outcome of a run by its mode and exit status. Pure; any thread.
 #pragma once
 
-#include "interfaces/device_state.h"
+#include "interfaces/types.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,9 +1,7 @@
 // The window's texts and colours that depend on the state, and the menu bar, as values. Pure.
 #pragma once
 
-#include "interfaces/colors.h"
-#include "interfaces/device_state.h"
-#include "interfaces/menu.h"
+#include "interfaces/types.h"
 
 #include <cstdint>
 #include <optional>

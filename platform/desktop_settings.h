@@ -5,7 +5,7 @@
 // by itself; that source has never been compiled.
 #pragma once
 
-#include "interfaces/colors.h"
+#include "interfaces/types.h"
 
 #include <functional>
 #include <memory>

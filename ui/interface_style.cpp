@@ -1,7 +1,7 @@
 #include "ui/interface_style.h"
 
 #include "ui/palette.h"
-#include "ui/text_drawing.h"
+#include "ui/text.h"
 
 #include <QApplication>
 #include <QFocusEvent>

@@ -4,7 +4,7 @@
 // opened by a key takes the focus: then the widget that had it before counts.
 #pragma once
 
-#include "interfaces/menu.h"
+#include "interfaces/types.h"
 
 #include <QMenuBar>
 #include <QObject>

@@ -1,13 +1,17 @@
-// The colours of the window, by meaning and appearance. Pure.
+// The colours of the window, by meaning and appearance, and the application's palette, which
+// follows the desktop's appearance. The functions are pure; the class belongs to the main thread.
 //
 // Nothing is cached: widgets ask at each paint, with their own palette, and so follow every
 // change of the desktop's appearance.
 #pragma once
 
-#include "interfaces/colors.h"
+#include "interfaces/types.h"
 
 #include <QColor>
+#include <QObject>
 #include <QPalette>
+
+#include <optional>
 
 namespace oxlade {
 
@@ -65,5 +69,27 @@ QColor markColor(const QPalette& palette);
 QColor progressGrooveColor(const QPalette& palette);
 /// The opaque edge of a menu or a tool tip with this fill.
 QColor popupEdgeColor(const QColor& fill, const QPalette& palette);
+
+/// Keeps the application's palette in the desktop's appearance. One per application.
+class Appearance final : public QObject {
+  public:
+    /// Replaces the application's palette at once.
+    Appearance();
+    /// Restores the desktop's palette.
+    ~Appearance() override;
+
+    /// What the user chose for the desktop; nullopt: that of the desktop's palette.
+    void setPreference(std::optional<ColorScheme> preference);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void readDesktop();
+    void apply();
+
+    QPalette desktop_;
+    std::optional<ColorScheme> preference_;
+    bool applying_ = false;
+};
 
 } // namespace oxlade

@@ -1,7 +1,7 @@
 // The window's push button. Main thread.
 #pragma once
 
-#include "interfaces/controls.h"
+#include "interfaces/user_interface.h"
 
 #include <QPushButton>
 

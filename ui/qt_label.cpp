@@ -3,7 +3,6 @@
 #include "ui/fonts.h"
 #include "ui/palette.h"
 #include "ui/text.h"
-#include "ui/text_drawing.h"
 
 #include <QAccessible>
 #include <QPainter>

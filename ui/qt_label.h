@@ -1,7 +1,7 @@
 // The labels: plain text in a fixed frame. Main thread.
 #pragma once
 
-#include "interfaces/controls.h"
+#include "interfaces/user_interface.h"
 
 #include <QFont>
 #include <QStringList>

@@ -6,7 +6,7 @@
 // waits for the rest.
 #pragma once
 
-#include "interfaces/controls.h"
+#include "interfaces/user_interface.h"
 #include "ui/log_text.h"
 
 #include <QElapsedTimer>

@@ -2,7 +2,7 @@
 // thread.
 #pragma once
 
-#include "interfaces/controls.h"
+#include "interfaces/user_interface.h"
 
 #include <QStringList>
 #include <QWidget>

@@ -1,10 +1,10 @@
 #include "ui/qt_user_interface.h"
 
 #include "ui/accessibility.h"
-#include "ui/appearance.h"
 #include "ui/fonts.h"
 #include "ui/interface_style.h"
 #include "ui/main_window.h"
+#include "ui/palette.h"
 
 #include <QApplication>
 #include <QKeyEvent>

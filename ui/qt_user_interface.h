@@ -1,7 +1,7 @@
 // The window and the menu bar in Qt Widgets. Main thread.
 #pragma once
 
-#include "interfaces/colors.h"
+#include "interfaces/types.h"
 #include "interfaces/user_interface.h"
 #include "ui/window_content.h"
 

@@ -1,7 +1,7 @@
 // The views that only show a value: the status dot and the progress indicator. Main thread.
 #pragma once
 
-#include "interfaces/controls.h"
+#include "interfaces/user_interface.h"
 
 #include <QWidget>
 

@@ -1,12 +1,16 @@
-// Conversion between UTF-8 and QString. Any thread.
+// Text between UTF-8 and QString (any thread), and single lines of it drawn (main thread).
 #pragma once
 
 #include <QByteArrayView>
+#include <QFontMetrics>
+#include <QRectF>
 #include <QString>
 #include <QStringDecoder>
 
 #include <string>
 #include <string_view>
+
+class QPainter;
 
 namespace oxlade {
 
@@ -25,5 +29,21 @@ inline std::string toUtf8(const QString& text) { return text.toUtf8().toStdStrin
 /// The text for the accessibility bus, which cuts strings at the first NUL: each NUL becomes
 /// its picture, U+2400. Positions do not change.
 inline QString withVisibleNuls(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
+
+/// The baseline, in whole points, that centres capital letters in the rectangle. Fonts differ
+/// in the space above and below a line; centring that space places some of them too low.
+int centredBaseline(const QRectF& frame, const QFontMetrics& metrics);
+
+/// Draws one line, aligned in the frame, in the painter's font and pen. A line wider than the
+/// frame is elided as `mode` says. `text` has no line ends.
+void drawLine(QPainter& painter, const QRectF& frame, const QString& text, Qt::Alignment alignment,
+              Qt::TextElideMode mode = Qt::ElideNone);
+
+/// The same with tabular digits: each as wide as the widest one, so that a number that counts
+/// does not move.
+void drawTabularDigits(QPainter& painter, const QRectF& frame, const QString& text,
+                       Qt::Alignment alignment);
+/// The width that drawTabularDigits needs, in points.
+int tabularWidth(const QString& text, const QFontMetrics& metrics);
 
 } // namespace oxlade

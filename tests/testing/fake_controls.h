@@ -4,7 +4,7 @@
 // line that lists those that are enabled.
 #pragma once
 
-#include "interfaces/controls.h"
+#include "interfaces/user_interface.h"
 #include "tests/testing/trace.h"
 
 #include <optional>

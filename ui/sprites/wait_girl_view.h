@@ -2,7 +2,7 @@
 // whole numbers without smoothing. Main thread.
 #pragma once
 
-#include "interfaces/controls.h"
+#include "interfaces/user_interface.h"
 #include "ui/sprites/wait_girl_model.h"
 
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "ui/text_drawing.h"
+#include "ui/text.h"
 
 #include <QPainter>
 #include <QTextLayout>
