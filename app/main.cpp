@@ -10,11 +10,11 @@
 #include "platform/main_queue.h"
 #include "platform/sleep_lock.h"
 #include "platform/user_environment.h"
+#include "ui/application.h"
 #include "ui/fonts.h"
 #include "ui/qt_dialogs.h"
 #include "ui/qt_user_interface.h"
 
-#include <QApplication>
 #include <QTimer>
 
 using namespace oxlade;
@@ -27,8 +27,7 @@ int main(int argc, char* argv[]) {
     QtUserDefaults userDefaults;
     CurrentLanguage =
         languageAtStart(userDefaults.string(interfaceLanguageKey), preferredLanguages());
-    argc = 1; // there are no options, not even Qt's own
-    QApplication application{argc, argv};
+    const auto application = makeApplication(argc > 0 ? argv[0] : "", desktopId);
     QtBundle bundle{executableDirectory()};
     PosixFileSystem fileSystem;
     const AppDelegate* controller = nullptr;
@@ -37,19 +36,17 @@ int main(int argc, char* argv[]) {
     QtWorkspace workspace;
     DesktopSettings desktop;
     const MainQueuePump pump{mainQueue};
-
     QtUserInterface userInterface{
         {bundle.version(), websiteLabel, [&desktop] { return desktop.shouldReduceMotion(); }}};
     desktop.setChangeHandler([&] { userInterface.setColorScheme(desktop.colorScheme()); });
     QtDialogs dialogs{[&userInterface] { return userInterface.window(); }};
 
-    const auto delegate = std::make_shared<AppDelegate>(
-        System{mainQueue, helperProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
-        userInterface, websiteAddress);
+    const auto delegate =
+        std::make_shared<AppDelegate>(System{mainQueue, helperProcesses, bundle, fileSystem,
+                                             userDefaults, dialogs, workspace, desktopSession},
+                                      userInterface, websiteAddress);
     controller = delegate.get();
     delegate->installMainMenu();
-    // Not by Qt, which posts an event to quit: an alert that opens next would remove it.
-    QApplication::setQuitOnLastWindowClosed(false);
     if (delegate->applicationShouldTerminateAfterLastWindowClosed())
         QObject::connect(qApp, &QGuiApplication::lastWindowClosed, [] { QApplication::exit(); });
     // In the event loop: exec() ignores an exit() before it, as during an alert at the start.

@@ -23,6 +23,10 @@ class WindowTest(EndToEndCase):
         self.assertAlmostEqual(x + width / 2, 1280 / 2, delta=2)
         self.assertAlmostEqual(y + height / 2, 900 / 2, delta=25)  # with or without title bar
         self.assertIn('"Oxlade"', program.screen.property(window, "_NET_WM_NAME"))
+        self.assertIn('= "io.oxlade.Oxlade", "Oxlade"', program.screen.property(window, "WM_CLASS"))
+        wait_until(lambda: "Icon (128 x 128)" in program.screen.property(window, "_NET_WM_ICON"),
+                   "the icon")
+        self.assertEqual(program.application.name, "Oxlade")
         hints = program.screen.property(window, "WM_NORMAL_HINTS")
         self.assertEqual(re.findall(r"m(?:in|ax)imum size: (\d+) by (\d+)", hints),
                          [(str(width), str(height))] * 2)
@@ -35,6 +39,10 @@ class WindowTest(EndToEndCase):
         program.close()
         self.assertEqual(program.wait_for_end(), 0)
         self.wait_until_nothing_is_left()
+
+    def test_in_a_wayland_session_without_qts_plugin_it_starts_without_a_warning(self) -> None:
+        program = self.start(environment={"XDG_SESSION_TYPE": "wayland"})
+        self.assertEqual(program.output(), "")
 
     def test_it_can_be_minimised_in_mid_run_and_comes_back(self) -> None:
         program = self.start("speed=max," + self.sampler.at("erase:50"))

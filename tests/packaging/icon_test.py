@@ -149,7 +149,7 @@ class IconTest(unittest.TestCase):
 
     def test_the_resources_exist(self) -> None:
         files = [each.text for each in ElementTree.parse(FOLDER / "icon.qrc").iter("file")]
-        self.assertEqual(files, [f"{NAME}-{size}.png" for size in (16, 24, 32, 48, 64, 128, 256)])
+        self.assertEqual(files, [f"{NAME}-{size}.png" for size in (16, 24, 32, 48, 64, 128)])
         for name in files:
             self.assertTrue((FOLDER / name).is_file(), name)
 

@@ -107,7 +107,7 @@ class MetadataTest(Packager):
         entry = self.entry(self.none)
         command = Path("/usr/bin") / os.readlink(self.none / "oxlade-app")
         self.assertEqual(os.path.normpath(command), entry["Path"] + "/" + entry["Exec"])
-        self.assertEqual((entry["Icon"], entry["StartupWMClass"]), (ID, "oxlade-app"))
+        self.assertEqual((entry["Icon"], entry["StartupWMClass"]), (ID, ID))
         metainfo = self.metainfo(self.none)
         self.assertEqual(metainfo.findtext("id"), ID)
         self.assertEqual(metainfo.findtext("launchable"), ID + ".desktop")

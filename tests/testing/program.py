@@ -36,6 +36,7 @@ class Program:
         command = [str(bundle.program), *arguments]
         self._log = world.folder / "program.log"
         with open(self._log, "ab") as log:
+            self._begin = log.tell()
             if terminal:
                 self.process, self.terminal = start_in_terminal(command, surroundings, directory)
             else:
@@ -60,8 +61,12 @@ class Program:
     def __exit__(self, *_: object) -> None:
         self.end()
 
+    def output(self) -> str:
+        """What it wrote to its standard streams, if no other program runs meanwhile."""
+        return self._log.read_bytes()[self._begin:].decode(errors="replace")
+
     def _state(self) -> str:
-        output = self._log.read_text(encoding="utf-8", errors="replace")
+        output = self.output()
         try:
             return f"{output}\n{self.application.describe()}"
         except Gone:
