@@ -110,6 +110,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void setTaskOutput(std::vector<std::string> chunks) { taskOutput_ = std::move(chunks); }
 
   private:
+    void setProgress(double percent);
     void apply(const EraseReport& report);
     void apply(const WriteReport& report);
     void apply(const GeometryReport& report);

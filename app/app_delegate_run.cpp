@@ -90,6 +90,7 @@ void AppDelegate::runLoaderWithArguments(std::vector<std::string> arguments,
         handleTaskFinished(-1, mode);
         return;
     }
+    system_.desktopSession.beginRun(L(operationKey_));
     controls_->girlView->startWaiting();
 }
 
@@ -133,13 +134,18 @@ void AppDelegate::parseProgressFromText(std::string_view text) {
     });
 }
 
+void AppDelegate::setProgress(double percent) {
+    controls_->progress->setDoubleValue(percent);
+    system_.desktopSession.showProgress(percent);
+}
+
 void AppDelegate::apply(const EraseReport& report) {
-    controls_->progress->setDoubleValue(halfOfBar(report.n));
+    setProgress(halfOfBar(report.n));
     setOperation("op.erase", percentage(report.n));
 }
 
 void AppDelegate::apply(const WriteReport& report) {
-    controls_->progress->setDoubleValue(50.0 + halfOfBar(report.n));
+    setProgress(50.0 + halfOfBar(report.n));
     setOperation("op.write", percentage(report.n));
 }
 
@@ -149,7 +155,7 @@ void AppDelegate::apply(const GeometryReport& report) {
 }
 
 void AppDelegate::apply(const UploadComplete&) {
-    controls_->progress->setDoubleValue(100.0);
+    setProgress(100.0);
     setOperation("op.done", -1);
 }
 
@@ -160,6 +166,7 @@ void AppDelegate::handleTaskFinished(std::int32_t status, const HelperMode& mode
     setCurrentTask(nullptr);
     setCurrentMode({});
     controls_->girlView->stopWaiting();
+    system_.desktopSession.endRun();
 
     if (outcome.deviceState) setDeviceState(*outcome.deviceState);
     if (outcome.progress) controls_->progress->setDoubleValue(*outcome.progress);

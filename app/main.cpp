@@ -4,6 +4,7 @@
 #include "i18n/string_table.h"
 #include "platform/bundle.h"
 #include "platform/descriptor.h"
+#include "platform/desktop_session.h"
 #include "platform/desktop_settings.h"
 #include "platform/file_system.h"
 #include "platform/helper_process.h"
@@ -34,6 +35,7 @@ int main(int argc, char* argv[]) {
     PosixSleepLock sleepLock{[&] { return std::string{L(controller->operationKey())}; }};
     PosixHelperProcesses helperProcesses{executableDirectory() + "/oxlade-keeper", &sleepLock};
     QtWorkspace workspace;
+    QtDesktopSession desktopSession{desktopId};
     DesktopSettings desktop;
     const MainQueuePump pump{mainQueue};
     QtUserInterface userInterface{
@@ -51,6 +53,7 @@ int main(int argc, char* argv[]) {
         QObject::connect(qApp, &QGuiApplication::lastWindowClosed, [] { QApplication::exit(); });
     // In the event loop: exec() ignores an exit() before it, as during an alert at the start.
     QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
+    desktop.awaitColorScheme(100); // else the frame of a dark window begins light
     QApplication::exec();
     return 0;
 }

@@ -134,6 +134,18 @@ class Workspace {
     virtual void openUrl(std::string_view address) = 0;
 };
 
+/// What the desktop is told of a run of the helper. Nothing waits for the desktop.
+class DesktopSession {
+  public:
+    virtual ~DesktopSession() = default;
+    /// Asks the desktop not to end the user's session without asking. `reason` is shown then.
+    virtual void beginRun(std::string_view reason) = 0;
+    /// Shows beside the program's icon how much of the flash is done: 0 to 100, until the run
+    /// ends. Ignored without a run.
+    virtual void showProgress(double percent) = 0;
+    virtual void endRun() = 0;
+};
+
 /// All of the above. The references must outlive it. The queue is shared: the thread of a
 /// run may post to it while the rest of the program is destroyed.
 struct System {
@@ -144,6 +156,7 @@ struct System {
     UserDefaults& userDefaults;
     Dialogs& dialogs;
     Workspace& workspace;
+    DesktopSession& desktopSession;
 };
 
 } // namespace oxlade

@@ -3,14 +3,18 @@
 #include "platform/file_system.h"
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QEventLoop>
 #include <QFile>
 #include <QObject>
+#include <QPointer>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QVariant>
 
 #include <utility>
@@ -29,11 +33,15 @@ class PortalSettings final : public QObject {
 
     explicit PortalSettings(Listener listener);
     void ask(const QString& group, const QString& key);
+    /// Returns once the first question is answered, or after `limit` milliseconds; at once where
+    /// no portal runs.
+    void awaitFirstAnswer(int limit) const;
 
   private:
     Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
     Listener listener_;
+    QPointer<QDBusPendingCallWatcher> first_;
 };
 
 namespace {
@@ -41,12 +49,6 @@ namespace {
 const auto service = QLatin1String("org.freedesktop.portal.Desktop");
 const auto path = QLatin1String("/org/freedesktop/portal/desktop");
 const auto interface = QLatin1String("org.freedesktop.portal.Settings");
-
-// Without this test Qt would start a bus where there is none.
-bool hasSessionBus() {
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QLatin1String("/bus"));
-}
 
 // An answer is wrapped twice, a change once.
 QVariant unwrapped(QVariant value) {
@@ -86,6 +88,11 @@ bool kdeAnimatesNothing() {
 
 } // namespace
 
+bool hasSessionBus() {
+    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
+           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QLatin1String("/bus"));
+}
+
 PortalSettings::PortalSettings(Listener listener) : listener_(std::move(listener)) {
     if (!hasSessionBus()) return;
     // The connection below fails without it.
@@ -103,11 +110,22 @@ void PortalSettings::ask(const QString& group, const QString& key) {
     call << group << key;
     auto* watcher =
         new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    if (!first_) first_ = watcher;
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, group, key] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         watcher->deleteLater();
         if (!reply.isError()) settingChanged(group, key, reply.value());
     });
+}
+
+void PortalSettings::awaitFirstAnswer(int limit) const {
+    if (!first_ || first_->isFinished()) return;
+    const auto* bus = QDBusConnection::sessionBus().interface();
+    if (bus == nullptr || !bus->isServiceRegistered(service)) return;
+    QEventLoop loop;
+    connect(first_, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(limit, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 void PortalSettings::settingChanged(const QString& group, const QString& key,
@@ -134,6 +152,8 @@ class DesktopSettings::Source final {
         if (scheme_ == 2u) return ColorScheme::light;
         return std::nullopt;
     }
+
+    void awaitColorScheme(int limit) const { portal_.awaitFirstAnswer(limit); }
 
     std::function<void()> onChange;
 
@@ -163,6 +183,8 @@ DesktopSettings::~DesktopSettings() = default;
 bool DesktopSettings::shouldReduceMotion() const { return source_->shouldReduceMotion(); }
 
 std::optional<ColorScheme> DesktopSettings::colorScheme() const { return source_->colorScheme(); }
+
+void DesktopSettings::awaitColorScheme(int limit) { source_->awaitColorScheme(limit); }
 
 void DesktopSettings::setChangeHandler(std::function<void()> handler) {
     source_->onChange = std::move(handler);

@@ -13,6 +13,9 @@
 
 namespace oxlade {
 
+/// Whether the user's session has a message bus. Qt would start one when asked for it.
+bool hasSessionBus();
+
 /// Main thread; made after the application object and destroyed before it. The constructor
 /// asks and returns at once: until an answer arrives there are no preferences.
 class DesktopSettings final {
@@ -26,6 +29,9 @@ class DesktopSettings final {
     bool shouldReduceMotion() const;
     /// Nothing: the user has no preference, or it is not known.
     std::optional<ColorScheme> colorScheme() const;
+    /// Returns once the desktop has told its colours, or after `limit` milliseconds; at once where
+    /// no portal runs. The change handler may be called meanwhile.
+    void awaitColorScheme(int limit);
     /// Called after either of the two has changed; an empty one removes it.
     void setChangeHandler(std::function<void()> handler);
 

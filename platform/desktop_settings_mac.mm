@@ -37,6 +37,8 @@ bool DesktopSettings::shouldReduceMotion() const {
 // Qt follows the effective appearance by itself.
 std::optional<ColorScheme> DesktopSettings::colorScheme() const { return std::nullopt; }
 
+void DesktopSettings::awaitColorScheme(int) {}
+
 void DesktopSettings::setChangeHandler(std::function<void()> handler) {
     source_->onChange = std::move(handler);
 }

@@ -10,6 +10,7 @@
 #include "benchmarks/flood/report.h"
 #include "benchmarks/flood/timed_processes.h"
 #include "platform/bundle.h"
+#include "platform/desktop_session.h"
 #include "platform/desktop_settings.h"
 #include "platform/file_system.h"
 #include "platform/helper_process.h"
@@ -97,15 +98,17 @@ int main(int argc, char* argv[]) {
     PosixHelperProcesses helperProcesses{folder + "/oxlade-keeper", &sleepLock};
     TimedProcesses timedProcesses{helperProcesses};
     QtWorkspace workspace;
+    QtDesktopSession desktopSession{"io.oxlade.Benchmark"};
     DesktopSettings desktop;
     YesDialogs dialogs;
     const auto mainQueue = PosixMainQueue::make();
     const MainQueuePump pump{mainQueue};
     QtUserInterface userInterface{
         {bundle.version(), "oxlade.example", [&desktop] { return desktop.shouldReduceMotion(); }}};
-    const auto delegate = std::make_shared<AppDelegate>(
-        System{mainQueue, timedProcesses, bundle, fileSystem, userDefaults, dialogs, workspace},
-        userInterface, "https://oxlade.example/");
+    const auto delegate =
+        std::make_shared<AppDelegate>(System{mainQueue, timedProcesses, bundle, fileSystem,
+                                             userDefaults, dialogs, workspace, desktopSession},
+                                      userInterface, "https://oxlade.example/");
     delegate->installMainMenu();
     delegate->applicationDidFinishLaunching();
 

@@ -55,10 +55,11 @@ void applyProgressLine(benchmark::State& state) {
     test::FakeProcesses processes{trace};
     test::FakeDefaults defaults{trace};
     test::FakeDialogs dialogs{trace};
+    test::FakeSession session;
     QuietInterface interface;
     const auto delegate =
         std::make_shared<AppDelegate>(System{std::make_shared<test::FakeQueue>(), processes, files,
-                                             files, defaults, dialogs, dialogs},
+                                             files, defaults, dialogs, dialogs, session},
                                       interface, "https://oxlade.example/");
     delegate->applicationDidFinishLaunching();
     for (auto turn : state) {

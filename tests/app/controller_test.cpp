@@ -322,6 +322,21 @@ TEST_F(Controller, EverySegmentButTheSecondIsEnglishAndIsStored) {
     EXPECT_EQ(controls.logView.text, log) << "lines in the log keep their language";
 }
 
+TEST_F(Controller, TheDesktopIsToldOfEachRunAndOfItsProgress) {
+    start();
+    delegate->checkDevice();
+    exit(0);
+    EXPECT_EQ(std::exchange(session.told, {}), "begin \"Checking the connection\"\nend\n");
+    delegate->installFirmware();
+    print("Erase 41%\nWrite 50%\nOS upload complete\n");
+    exit(0);
+    EXPECT_EQ(std::exchange(session.told, {}),
+              "begin \"Flashing the MPC4000\"\n20.5\n75\n100\nend\n");
+    processes.launchError = "no";
+    delegate->checkDevice();
+    EXPECT_EQ(session.told, "end\n");
+}
+
 TEST_F(Controller, TheLinkOpensTheWebsite) {
     delegate->openWebsite();
     EXPECT_EQ(trace.take(), "open https://oxlade.example/\n");

@@ -1,4 +1,6 @@
 """What the user set for all programs of the desktop: dark or light, less motion."""
+import re
+import subprocess
 import time
 
 from case import EndToEndCase
@@ -79,6 +81,27 @@ class DesktopTest(EndToEndCase):
         while time.monotonic() < end:
             self.assertEqual(self.figure(program), still)
         self.end_run(program)
+
+    def test_the_launcher_shows_the_progress_of_a_flash(self) -> None:
+        monitor = subprocess.Popen(
+            ["dbus-monitor", "--address", self.world.environment["DBUS_SESSION_BUS_ADDRESS"],
+             "interface=com.canonical.Unity.LauncherEntry"], stdout=subprocess.PIPE, text=True)
+        self.addCleanup(monitor.communicate)
+        self.addCleanup(monitor.terminate)
+        assert monitor.stdout is not None
+        while "NameLost" not in monitor.stdout.readline():
+            pass  # a monitor has no name
+        program = self.start()
+        program.check()
+        program.flash()
+        text = ""
+        while "boolean false" not in text:
+            text += monitor.stdout.readline()
+        self.assertIn('"application://io.oxlade.Oxlade.desktop"', text)
+        shown = [float(each) for each in re.findall(r"double (\S+)", text)]
+        self.assertEqual(shown, sorted(shown))
+        self.assertEqual((shown[0], shown[-1]), (0, 1))
+        self.assertLessEqual(len(shown), 102)  # the last one hides it
 
     def begin_run(self, program: Program) -> None:
         self.sampler.shut("first-line")

@@ -77,6 +77,18 @@ TEST_F(DesktopSettingsTest, ASilentPortalIsNotWaitedFor) {
     EXPECT_EQ(desktop.colorScheme(), std::nullopt);
 }
 
+TEST_F(DesktopSettingsTest, TheColorSchemeIsAwaitedAndASilentPortalNotForLong) {
+    values_[{text(appearance), text("color-scheme")}] = 1u;
+    startPortal();
+    DesktopSettings desktop;
+    desktop.awaitColorScheme(60'000);
+    EXPECT_EQ(desktop.colorScheme(), ColorScheme::dark);
+    isSilent_ = true;
+    DesktopSettings other;
+    other.awaitColorScheme(1);
+    EXPECT_EQ(other.colorScheme(), std::nullopt);
+}
+
 TEST_F(DesktopSettingsTest, ColorsComeFromThePortal) {
     const std::vector<std::pair<QVariant, std::optional<ColorScheme>>> cases{
         {QVariant(0u), std::nullopt},

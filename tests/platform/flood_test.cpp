@@ -59,10 +59,10 @@ TEST_P(Flood, EndsInTheStateThatTheChunksAsReadMake) {
     FakeProgram fakes;
     const auto queue = PosixMainQueue::make();
     RecordingProcesses processes;
-    const auto delegate =
-        std::make_shared<AppDelegate>(System{queue, processes, fakes.files, fakes.files,
-                                             fakes.defaults, fakes.dialogs, fakes.dialogs},
-                                      fakes.interface, "https://oxlade.example/");
+    const auto delegate = std::make_shared<AppDelegate>(
+        System{queue, processes, fakes.files, fakes.files, fakes.defaults, fakes.dialogs,
+               fakes.dialogs, fakes.session},
+        fakes.interface, "https://oxlade.example/");
     delegate->applicationDidFinishLaunching();
     delegate->checkDevice();
     ASSERT_TRUE(delegate->currentTask());

@@ -11,6 +11,7 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QString>
 
 #include <fcntl.h>
@@ -83,8 +84,9 @@ class PrivateBus final {
 class BusEnvironment final : public testing::Environment {
   public:
     void SetUp() override {
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
         bus_ = std::make_unique<PrivateBus>();
-        application_ = std::make_unique<QCoreApplication>(count_, arguments_);
+        application_ = std::make_unique<QGuiApplication>(count_, arguments_);
         address = bus_->address();
     }
     void TearDown() override {
@@ -99,7 +101,7 @@ class BusEnvironment final : public testing::Environment {
     char name_[5] = "test";
     char* arguments_[2] = {name_, nullptr};
     std::unique_ptr<PrivateBus> bus_;
-    std::unique_ptr<QCoreApplication> application_;
+    std::unique_ptr<QGuiApplication> application_;
 };
 
 /// A service with one object. `answer` gives the reply to a call, or nothing.
@@ -111,7 +113,7 @@ class FakeService final : public QDBusVirtualObject {
         : bus_(QDBusConnection::connectToBus(QString::fromStdString(BusEnvironment::address),
                                              QStringLiteral("fake-service"))),
           answer_(std::move(answer)) {
-        EXPECT_TRUE(bus_.registerVirtualObject(path, this));
+        EXPECT_TRUE(bus_.registerVirtualObject(path, this, QDBusConnection::SubPath));
         EXPECT_TRUE(bus_.registerService(service));
     }
     ~FakeService() override { QDBusConnection::disconnectFromBus(QStringLiteral("fake-service")); }

@@ -36,8 +36,9 @@ struct FakeProgram {
     FakeProcesses processes{trace};
     FakeDefaults defaults{trace};
     FakeDialogs dialogs{trace};
+    FakeSession session;
     std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(
-        System{queue, processes, files, files, defaults, dialogs, dialogs}, interface,
+        System{queue, processes, files, files, defaults, dialogs, dialogs, session}, interface,
         "https://oxlade.example/");
 };
 

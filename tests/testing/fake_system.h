@@ -176,4 +176,14 @@ class FakeDialogs final : public Dialogs, public Workspace {
     Trace& trace_;
 };
 
+/// Not in the trace, which is about what the user sees.
+class FakeSession final : public DesktopSession {
+  public:
+    void beginRun(std::string_view reason) override { told += "begin " + inQuotes(reason) + '\n'; }
+    void showProgress(double percent) override { told += number(percent) + '\n'; }
+    void endRun() override { told += "end\n"; }
+
+    std::string told;
+};
+
 } // namespace oxlade::test

@@ -75,7 +75,7 @@ struct Program {
         files.files[bundledHelper] = {"", true};
         files.files[bundledImage] = {validImage(3'145'728), false};
         delegate = std::make_shared<AppDelegate>(
-            System{queue, processes, files, files, defaults, dialogs, dialogs}, *interface,
+            System{queue, processes, files, files, defaults, dialogs, dialogs, session}, *interface,
             "https://oxlade.example/");
         delegate->installMainMenu();
     }
@@ -108,6 +108,7 @@ struct Program {
     FakeProcesses processes{trace};
     FakeDefaults defaults{trace};
     FakeDialogs dialogs{trace};
+    FakeSession session;
     bool reduceMotion = false;
     std::unique_ptr<QtUserInterface> interface;
     std::shared_ptr<AppDelegate> delegate;
