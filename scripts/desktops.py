@@ -1,0 +1,412 @@
+"""Runs the program in one headless desktop after the other. See scripts/desktops.
+
+    scripts/desktops.py BUNDLE PICTURES [DESKTOP...]
+"""
+from __future__ import annotations
+
+import json
+import os
+import shutil
+import subprocess
+import sys
+import traceback
+from collections.abc import Callable
+from pathlib import Path
+
+import gi
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests"))
+from testing.bundle import Bundle  # noqa: E402
+from testing.desktop_services import Portal  # noqa: E402
+from testing.program import Program  # noqa: E402
+from testing.sampler import Sampler  # noqa: E402
+from testing.supervisor import supervised  # noqa: E402
+from testing.waiting import Gone, wait_until  # noqa: E402
+from testing.world import World  # noqa: E402
+
+AT_MOST_SECONDS = 300
+
+
+class Impossible(Exception):
+    """What a desktop cannot do without a person in front of it."""
+
+
+class Desktop(World):
+    """An X11 window manager: keys and pictures by X11, the dark switch by a stand-in."""
+    window_manager = ["openbox", "--sm-disable"]
+    is_wayland = False
+    has_input = True
+
+    def __init__(self) -> None:
+        super().__init__(screen="1280x800")
+        self.portal: Portal | None = None
+
+    def _start_window_manager(self) -> None:
+        self._start(self.window_manager)
+        wait_until(lambda: "window id" in self.ask(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]),
+                   "the window manager")
+
+    def run(self, *command: str) -> None:
+        subprocess.run(command, env=self.environment, check=True, timeout=60,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def connect(self) -> Gio.DBusConnection:
+        return Gio.DBusConnection.new_for_address_sync(
+            self.environment["DBUS_SESSION_BUS_ADDRESS"],
+            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+            | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+
+    def prepare(self) -> None:
+        """Before the program starts."""
+        self.portal = Portal(self.environment["DBUS_SESSION_BUS_ADDRESS"], Portal.LIGHT)
+
+    def go_dark(self) -> None:
+        assert self.portal is not None
+        self.portal.change(Portal.DARK)
+
+    def picture(self, file: Path) -> None:
+        self.run("import", "-silent", "-window", "root", str(file))
+
+    def press(self, *keys: str) -> None:
+        self.run("xdotool", "key", "--clearmodifiers", "+".join(keys))
+
+    def clipboard(self) -> str:
+        return self.ask(["xclip", "-selection", "clipboard", "-out"])
+
+    def close_window(self, program: Program) -> None:
+        self.run("wmctrl", "-i", "-c", program.window)
+
+
+class Openbox(Desktop):
+    pass
+
+
+class Xfwm4(Desktop):
+    window_manager = ["xfwm4"]
+
+
+class Compositor(Desktop):
+    """A Wayland compositor."""
+    is_wayland = True
+    socket = "wayland-1"
+    variables: dict[str, str] = {}
+
+    def _start_display(self, screen: str) -> subprocess.Popen[bytes]:
+        self.environment |= {"XDG_SESSION_TYPE": "wayland", "LIBGL_ALWAYS_SOFTWARE": "1",
+                             **self.variables}
+        command = self.command()
+        process = self._start(command)[0]
+        runtime = Path(self.environment["XDG_RUNTIME_DIR"])
+        wait_until((runtime / self.socket).exists, f"{self.socket} of {command[0]}")
+        self.environment["WAYLAND_DISPLAY"] = self.socket
+        return process
+
+    def _start_window_manager(self) -> None:
+        pass
+
+    def command(self) -> list[str]:
+        raise NotImplementedError
+
+    def picture(self, file: Path) -> None:
+        self.run("grim", str(file))
+
+    def press(self, *keys: str) -> None:
+        raise Impossible("no input device")
+
+    def clipboard(self) -> str:
+        return self.ask(["wl-paste", "--no-newline"])
+
+    def close_window(self, program: Program) -> None:
+        program.find("menu item", program.texts.quit).press()
+
+
+class Sway(Compositor):
+    variables = {"WLR_BACKENDS": "headless", "WLR_LIBINPUT_NO_DEVICES": "1",
+                 "WLR_RENDERER": "pixman", "XDG_CURRENT_DESKTOP": "sway"}
+
+    def command(self) -> list[str]:
+        configuration = self.folder / "sway.conf"
+        configuration.write_text("output HEADLESS-1 mode 1280x800\n"
+                                 'for_window [app_id=".*"] floating enable\n', encoding="ascii")
+        return ["sway", "-c", str(configuration)]
+
+    def press(self, *keys: str) -> None:
+        *modifiers, key = keys
+        self.run("wtype", *(word for each in modifiers for word in ("-M", each)), key)
+
+    def close_window(self, program: Program) -> None:
+        (socket,) = Path(self.environment["XDG_RUNTIME_DIR"]).glob("sway-ipc.*")
+        self.run("swaymsg", "-s", str(socket), "kill")
+
+
+class Weston(Compositor):
+    socket = "wayland-9"
+    has_input = False
+    variables = {"XDG_CURRENT_DESKTOP": "weston"}
+
+    def command(self) -> list[str]:
+        return ["weston", "--backend=headless-backend.so", "--use-pixman", "--width=1280",
+                "--height=800", f"--socket={self.socket}", "--debug", "--idle-time=0"]
+
+    def picture(self, file: Path) -> None:
+        folder = self.folder / "pictures"
+        folder.mkdir(exist_ok=True)
+        subprocess.run(["weston-screenshooter"], env=self.environment, cwd=folder, check=True,
+                       timeout=60, capture_output=True)
+        next(folder.iterdir()).replace(file)
+
+    def clipboard(self) -> str:
+        raise Impossible("no input device")
+
+
+class KWin(Compositor):
+    socket = "wayland-7"
+    variables = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true",
+                 "KDE_SESSION_VERSION": "5", "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1",
+                 "KWIN_COMPOSE": "O2"}
+
+    def command(self) -> list[str]:
+        # A copy loses the file's capabilities, which not every container grants.
+        copy = self.folder / "kwin_wayland"
+        shutil.copyfile("/usr/bin/kwin_wayland", copy)
+        copy.chmod(0o755)
+        return [str(copy), "--virtual", "--width", "1280", "--height", "800",
+                "--no-lockscreen", "--socket", self.socket]
+
+    def picture(self, file: Path) -> None:
+        raw = file.with_suffix(".bgra")
+        with open(raw, "wb") as pixels:
+            bus = self.connect()
+            facts, _ = bus.call_with_unix_fd_list_sync(
+                "org.kde.KWin", "/org/kde/KWin/ScreenShot2", "org.kde.KWin.ScreenShot2",
+                "CaptureActiveScreen", GLib.Variant("(a{sv}h)", ({}, 0)), None,
+                Gio.DBusCallFlags.NONE, 60_000, Gio.UnixFDList.new_from_array([os.dup(pixels.fileno())]),
+                None)
+            bus.close_sync(None)
+        size = facts.unpack()[0]
+        wait_until(lambda: raw.stat().st_size == size["stride"] * size["height"], "the pixels")
+        self.run("convert", "-size", f"{size['width']}x{size['height']}", "-depth", "8",
+                 str(raw), "-alpha", "off", str(file))
+        raw.unlink()
+
+
+class Gnome(Compositor):
+    socket = "wayland-0"
+    variables = {"XDG_CURRENT_DESKTOP": "GNOME", "XDG_SESSION_DESKTOP": "gnome",
+                 "XDG_SESSION_CLASS": "user"}
+
+    def _start_session_bus(self) -> str:
+        address = super()._start_session_bus()
+        for name in ("ca.desrt.dconf", "org.freedesktop.portal.Desktop",
+                     "org.freedesktop.impl.portal.desktop.gtk",
+                     "org.freedesktop.impl.portal.PermissionStore"):
+            file = Path(f"/usr/share/dbus-1/services/{name}.service")
+            lines = file.read_text(encoding="utf-8").splitlines(keepends=True)
+            (self.folder / "services" / file.name).write_text(
+                "".join(line for line in lines if not line.startswith("SystemdService")),
+                encoding="utf-8")
+        return address
+
+    def prepare(self) -> None:
+        # It starts in its overview.
+        wait_until(lambda: "false" in self.evaluate("Main.layoutManager._startingUp"), "its start")
+        wait_until(lambda: "false" in self.evaluate("Main.overview.hide(); Main.overview.visible"),
+                   "the desktop")
+        self._start_keyboard()
+
+    def evaluate(self, script: str) -> str:
+        return self.ask(["gdbus", "call", "--session", "-d", "org.gnome.Shell", "-o",
+                         "/org/gnome/Shell", "-m", "org.gnome.Shell.Eval", script])
+
+    def go_dark(self) -> None:
+        self.run("gsettings", "set", "org.gnome.desktop.interface", "color-scheme", "prefer-dark")
+
+    def command(self) -> list[str]:
+        # A stand-in for the login manager, without which it does not start.
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.environment["DBUS_SESSION_BUS_ADDRESS"]
+        self._start(["/usr/bin/python3", "-m", "dbusmock", "--session", "--template", "logind"])
+        wait_until(lambda: "login1" in self.ask(["busctl", "--user", "list"]), "the stand-in")
+        return ["gnome-shell", "--headless", "--virtual-monitor", "1280x800", "--unsafe-mode"]
+
+    def _start_keyboard(self) -> None:
+        """The keyboard of a remote desktop session, which ends with the connection."""
+        name, path = "org.gnome.Mutter.RemoteDesktop", "/org/gnome/Mutter/RemoteDesktop"
+        bus = self.connect()
+
+        def call(object_path: str, interface: str, method: str,
+                 arguments: GLib.Variant | None = None) -> tuple:
+            return bus.call_sync(name, object_path, interface, method, arguments, None,
+                                 Gio.DBusCallFlags.NONE, 60_000, None).unpack()
+        (session,) = call(path, name, "CreateSession")
+        call(session, f"{name}.Session", "Start")
+        self._notify = lambda symbol, down: call(session, f"{name}.Session",
+                                                 "NotifyKeyboardKeysym",
+                                                 GLib.Variant("(ub)", (symbol, down)))
+        self._notify(0xFFE1, True)  # Shift: it makes the keyboard
+        self._notify(0xFFE1, False)
+
+    def press(self, *keys: str) -> None:
+        symbols = {"ctrl": 0xFFE3, "alt": 0xFFE9, "F4": 0xFFC1}
+        held = [symbols.get(key) or ord(key) for key in keys]
+        for symbol in held:
+            self._notify(symbol, True)
+        for symbol in reversed(held):
+            self._notify(symbol, False)
+
+    def clipboard(self) -> str:
+        """Asks the shell: wl-paste would have to take the focus."""
+        answer = self.evaluate(
+            "const {St} = imports.gi; St.Clipboard.get_default().get_text("
+            "St.ClipboardType.CLIPBOARD, (_, text) => { global.oxladeText = text; });"
+            "global.oxladeText || ''")
+        return json.loads(GLib.Variant.parse(None, answer.strip(), None, None).unpack()[1])
+
+    def close_window(self, program: Program) -> None:
+        self.press("alt", "F4")
+
+    def picture(self, file: Path) -> None:
+        self.run("gdbus", "call", "--session", "-d", "org.gnome.Shell.Screenshot", "-o",
+                 "/org/gnome/Shell/Screenshot", "-m", "org.gnome.Shell.Screenshot.Screenshot",
+                 "false", "false", str(file))
+
+
+class DesktopProgram(Program):
+    def _is_up(self) -> bool:
+        if not self.world.is_wayland:
+            return super()._is_up()
+        return (self.exists("push button", self.texts.flash)
+                and (self.world.has_input is False or self.is_in_front()))
+
+
+class Tour:
+    """What is done in each desktop."""
+
+    def __init__(self, desktop: Desktop, original: Path, pictures: Path) -> None:
+        self.desktop, self.pictures = desktop, pictures
+        self.bundle = Bundle(original, desktop.folder)
+        self.sampler = Sampler(desktop.folder)
+        desktop.prepare()
+        behaviour = "speed=max," + self.sampler.at("write:47")
+        self.program = DesktopProgram(desktop, self.bundle, behaviour, sampler=self.sampler)
+
+    def steps(self) -> dict[str, Callable[[], None]]:
+        return {"check": self.check, "flash": self.flash, "chooser": self.choose,
+                "dark": self.dark, "clipboard": self.copy, "close": self.close}
+
+    def picture(self, state: str) -> None:
+        try:
+            self.desktop.picture(self.pictures / f"{type(self.desktop).__name__}-{state}.png")
+        except Impossible:
+            pass
+
+    def check(self) -> None:
+        self.program.check()
+        self.picture("checked")
+
+    def flash(self) -> None:
+        program, texts = self.program, self.program.texts
+        program.press(texts.flash)
+        program.alert(texts.confirm)
+        self.picture("confirm")
+        program.answer(texts.confirm, texts.confirm_ok)
+        self.sampler.wait_at("write:47")
+        program.wait_for("47%")
+        self.picture("writing")
+        self.sampler.open("write:47")
+        program.alert(texts.done)
+        self.picture("done")
+        program.answer(texts.done)
+        assert self.sampler.holds(self.bundle.image), self.sampler.state()
+
+    def choose(self) -> None:
+        program = self.program
+        program.press(program.texts.choose)
+        chooser = program.wait(lambda: next(iter(program.dialogs()), None), "the chooser")
+        self.picture("chooser")
+        program.wait(lambda: chooser.find("push button", program.texts.cancel), "Cancel").press()
+        program.wait(lambda: not program.dialogs(), "the chooser to close")
+
+    def dark(self) -> None:
+        self.desktop.go_dark()
+        file = self.pictures / "brightness.png"
+        self.desktop.picture(file)
+
+        def is_dark() -> bool:
+            self.desktop.picture(file)
+            x, y, width, height = self.program.find("space").extents()
+            mean = self.desktop.ask(["convert", str(file), "-crop", f"4x{height}+{x - 8}+{y}",
+                                     "-colorspace", "Gray", "-format", "%[fx:mean]", "info:-"])
+            return bool(mean) and float(mean) < 0.3
+        self.program.wait(is_dark, "a dark window")
+        file.unlink()
+        self.picture("dark")
+
+    def copy(self) -> None:
+        program = self.program
+        program.log_view.focus()
+        program.wait(lambda: program.log_view.has_state("focused"), "the log to have the focus")
+        self.desktop.press("ctrl", "a")
+        self.desktop.press("ctrl", "c")
+        program.wait(lambda: self.desktop.clipboard() == program.log().rstrip("\n")
+                     or self.desktop.clipboard() == program.log(), "the log in the clipboard")
+
+    def close(self) -> None:
+        self.desktop.close_window(self.program)
+        self.program.wait_for_end()
+        wait_until(lambda: not self.bundle.running(), "the end of program and keeper")
+
+
+def visit(kind: type[Desktop], original: Path, pictures: Path) -> bool:
+    """One line of results; false if something failed."""
+    results, good = [], True
+    try:
+        with kind() as desktop:
+            try:
+                tour = Tour(desktop, original, pictures)
+            except Exception:
+                desktop.picture(pictures / f"{kind.__name__}-not-started.png")
+                raise
+            try:
+                for name, step in tour.steps().items():
+                    try:
+                        step()
+                        results.append(name)
+                    except Impossible as reason:
+                        results.append(f"{name} ({reason})")
+                    except (AssertionError, Gone, OSError, subprocess.SubprocessError) as error:
+                        good = False
+                        results.append(f"{name} FAILED ({str(error).splitlines()[0]})")
+                        print(error, file=sys.stderr)
+                        tour.picture(f"failed-{name}")
+            finally:
+                tour.program.end()
+    except Exception:  # the desktop itself did not start
+        good = False
+        results.append("FAILED")
+        traceback.print_exc()
+    print(f"{kind.__name__}: {', '.join(results)}", flush=True)
+    return good
+
+
+DESKTOPS = [Openbox, Xfwm4, Sway, Weston, KWin, Gnome]
+
+
+def main() -> int:
+    original, pictures = Path(sys.argv[1]).resolve(), Path(sys.argv[2]).resolve()
+    for file in pictures.glob("*.png"):
+        file.unlink()
+    wanted = {name.lower() for name in sys.argv[3:]}
+    kinds = [kind for kind in DESKTOPS if not wanted or kind.__name__.lower() in wanted]
+    good = all([visit(kind, original, pictures) for kind in kinds])
+    taken = sorted(str(file) for file in pictures.glob("*-*.png"))
+    subprocess.run(["montage", "-label", "%t", *taken, "-geometry", "640x400+4+4", "-tile", "6x",
+                    str(pictures / "sheet.png")], check=True, timeout=120)
+    print(f"pictures: {pictures}, all on sheet.png")
+    return 0 if good else 1
+
+
+if __name__ == "__main__":
+    sys.exit(supervised(main, AT_MOST_SECONDS * len(DESKTOPS)))
