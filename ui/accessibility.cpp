@@ -1,5 +1,6 @@
 #include "ui/accessibility.h"
 
+#include "ui/alert_sheet.h"
 #include "ui/card_view.h"
 #include "ui/qt_label.h"
 #include "ui/qt_log_view.h"
@@ -12,7 +13,6 @@
 #include <QAccessibleWidget>
 #include <QDialog>
 #include <QLabel>
-#include <QMessageBox>
 #include <QRadioButton>
 #include <QTextBoundaryFinder>
 #include <QTextCursor>
@@ -265,20 +265,18 @@ class LogAccess final : public QAccessibleWidget, public QAccessibleTextInterfac
 /// An alert or the chooser. Qt does not tell that a dialog is modal.
 class DialogAccess final : public QAccessibleWidget {
   public:
-    explicit DialogAccess(QDialog& dialog)
-        : QAccessibleWidget{&dialog, qobject_cast<QMessageBox*>(&dialog) != nullptr
-                                         ? QAccessible::AlertMessage
-                                         : QAccessible::Dialog},
-          dialog_{dialog} {}
+    DialogAccess(QWidget& dialog, QAccessible::Role role)
+        : QAccessibleWidget{&dialog, role}, dialog_{dialog} {}
 
     QAccessible::State state() const override {
         QAccessible::State result = QAccessibleWidget::state();
-        result.modal = dialog_.isModal();
+        result.modal = true;
+        result.active = dialog_.isActiveWindow();
         return result;
     }
 
   private:
-    QDialog& dialog_;
+    QWidget& dialog_;
 };
 
 /// The role of a widget that shows nothing by itself.
@@ -299,7 +297,10 @@ QAccessibleInterface* interfaceFor(const QString& className, QObject* object) {
     if (auto* bar = dynamic_cast<QtProgressIndicator*>(object)) return new ProgressAccess{*bar};
     if (auto* log = dynamic_cast<QtLogView*>(object)) return new LogAccess{*log};
     if (auto* segment = qobject_cast<QRadioButton*>(object)) return new SegmentAccess{*segment};
-    if (auto* dialog = qobject_cast<QDialog*>(object)) return new DialogAccess{*dialog};
+    if (auto* alert = dynamic_cast<AlertSheet*>(object))
+        return new DialogAccess{*alert, QAccessible::AlertMessage};
+    if (auto* dialog = qobject_cast<QDialog*>(object))
+        return new DialogAccess{*dialog, QAccessible::Dialog};
     if (className == QLatin1String{"QTipLabel"})
         return new ToolTipAccess{*static_cast<QLabel*>(object)};
     auto* widget = qobject_cast<QWidget*>(object);

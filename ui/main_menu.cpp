@@ -1,10 +1,12 @@
 #include "ui/main_menu.h"
 
+#include "ui/command_key.h"
 #include "ui/qt_button.h"
 #include "ui/qt_log_view.h"
 #include "ui/text.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QMenuBar>
 
@@ -50,6 +52,20 @@ void MainMenu::addItem(QMenu& menu, const MenuItem& item) {
     action->setMenuRole(quits ? QAction::QuitRole : QAction::NoRole);
     connect(action, &QAction::triggered, this, [this, what = item.action] { perform(what); });
     if (!quits) editing_ << action;
+}
+
+bool MainMenu::press(const QKeyEvent& key) {
+    if (key.key() == Qt::Key_F10 && bar_->isEnabled()) {
+        bar_->setActiveAction(bar_->actions().first());
+        return true;
+    }
+    const char letter = commandLetter(key);
+    if (letter == 0) return false;
+    for (const QAction* menu : bar_->actions())
+        for (QAction* item : menu->menu()->actions())
+            if (item->shortcut() == commandKey(letter) && item->isEnabled())
+                return item->trigger(), true;
+    return false;
 }
 
 void MainMenu::perform(MenuAction action) {

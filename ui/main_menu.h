@@ -11,6 +11,7 @@
 #include <QPointer>
 
 class QAction;
+class QKeyEvent;
 class QMainWindow;
 class QMenu;
 class QWidget;
@@ -26,6 +27,9 @@ class MainMenu final : public QObject {
 
     /// Builds a new menu bar; the one before is deleted.
     void install(const MenuTree& tree);
+    /// For keys that no shortcut matched: F10, and the items' own keys by their place on the
+    /// keyboard where the layout has no Latin letters. False: the key is none of them.
+    bool press(const QKeyEvent& key);
     QMenuBar* bar() const { return bar_; }
 
   private:

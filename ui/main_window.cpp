@@ -1,9 +1,14 @@
 #include "ui/main_window.h"
 
+#include "ui/alert_sheet.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLayout>
 #include <QPushButton>
 #include <QScreen>
-#include <QShortcut>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -30,8 +35,6 @@ MainWindow::MainWindow(const WindowContext& context, const WindowActions& action
     setContextMenuPolicy(Qt::NoContextMenu);
     setCentralWidget(content_);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
-    addDefaultKey(Qt::Key_Return);
-    addDefaultKey(Qt::Key_Enter);
     // No control has the focus at first: Tab moves it to the first one.
     setFocus();
     menu_.install(menu);
@@ -39,11 +42,51 @@ MainWindow::MainWindow(const WindowContext& context, const WindowActions& action
     move(startingPlace(screen()->availableGeometry(), size()));
 }
 
-void MainWindow::addDefaultKey(int key) {
-    auto* shortcut = new QShortcut{QKeySequence{key}, this};
-    shortcut->setAutoRepeat(false);
-    auto* install = findChild<QPushButton*>(QStringLiteral("installButton"));
-    connect(shortcut, &QShortcut::activated, install, &QPushButton::click);
+void MainWindow::makeKeyAndOrderFront() {
+    show();
+    windowHandle()->installEventFilter(this);
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Expose && watched == windowHandle()) {
+        watched->removeEventFilter(this);
+        centreFrame();
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::centreFrame() {
+    const QRect frame = windowHandle()->frameGeometry();
+    // Wayland has no places, and a window manager may have chosen another one.
+    if (QGuiApplication::platformName().startsWith(QLatin1String{"wayland"}) ||
+        frame.topLeft() != startingPlace(screen()->availableGeometry(), size()))
+        return;
+    move(startingPlace(screen()->availableGeometry(), frame.size()));
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    const bool isDefaultKey = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isDefaultKey && (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier)
+        findChild<QPushButton*>(QStringLiteral("installButton"))->click();
+    else if (!menu_.press(*event))
+        QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    // GNOME has no server-side decoration for Wayland clients, and the one that Qt draws there has
+    // a button for it, whatever the window's flags are.
+    if (event->type() == QEvent::WindowStateChange && isMaximized())
+        setWindowState(windowState() & ~Qt::WindowMaximized);
+    QMainWindow::changeEvent(event);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    auto* alert = dynamic_cast<AlertSheet*>(
+        findChild<QWidget*>(AlertSheet::name, Qt::FindDirectChildrenOnly));
+    if (alert == nullptr) return QMainWindow::closeEvent(event);
+    event->ignore();
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    alert->pointOut();
 }
 
 Controls MainWindow::controls() {

@@ -9,24 +9,36 @@
 
 namespace oxlade {
 
-/// The first position of a window of this size, its frame not counted: centred, but with its
-/// title bar on the screen however small that is.
+/// The first position of a window of this size: centred, but with its top left corner on the
+/// screen however small that is.
 QPoint startingPlace(const QRect& available, const QSize& window);
 
 /// Of fixed size; can be minimised, and closed, which ends the program when it is the last
-/// window. Return and Enter press the flash button from anywhere in it.
+/// window. Return and Enter press the flash button from anywhere in it, unless the control
+/// with the focus has a use for them.
 class MainWindow final : public QMainWindow, public Window {
   public:
     /// Built hidden, in its place on the screen.
     MainWindow(const WindowContext& context, const WindowActions& actions, const MenuTree& menu);
 
-    void makeKeyAndOrderFront() override { show(); }
+    /// When it gets its frame, moves so that this is centred, unless the window manager has
+    /// placed it elsewhere.
+    void makeKeyAndOrderFront() override;
     /// Itself and its children.
     Controls controls();
     void setMenu(const MenuTree& menu) { menu_.install(menu); }
 
+  protected:
+    /// Gets the keys that the control with the focus has no use for.
+    void keyPressEvent(QKeyEvent* event) override;
+    /// Refused while an alert is open.
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
-    void addDefaultKey(int key);
+    void centreFrame();
 
     MainMenu menu_;
     WindowContent* content_; ///< a child

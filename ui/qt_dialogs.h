@@ -16,8 +16,9 @@ class QtDialogs final : public Dialogs {
     /// `parent` returns the window that the dialogs belong to, or null before it is built.
     explicit QtDialogs(std::function<QWidget*()> parent);
 
-    /// While an alert or the chooser is open, the window's content and menu bar are disabled,
-    /// also for assistive technology. The enabled flags of the controls stay.
+    /// Over the window, or in a window of its own while that is not visible. While an alert
+    /// or the chooser is open, the window's content and menu bar are disabled, also for
+    /// assistive technology. The enabled flags of the controls stay.
     bool runAlert(const Alert& alert) override;
     /// Starts in the folder of the last choice, at first in the user's home. Where the desktop
     /// has no chooser, Qt's own is used, in the current language, or in English where Qt's

@@ -51,15 +51,28 @@ class KeyRepeatFilter final : public QObject {
     quint64 lastRelease_ = 0; ///< ms, the window system's clock; 0: none yet
 };
 
+/// Ends the program when the window system says so, at the end of the session. Qt would close
+/// the windows first, which an alert refuses.
+class QuitFilter final : public QObject {
+  public:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched != qApp || event->type() != QEvent::Quit) return false;
+        QCoreApplication::exit();
+        return true;
+    }
+};
+
 } // namespace
 
 QtUserInterface::QtUserInterface(WindowContext context)
     : context_{std::move(context)}, appearance_{std::make_unique<Appearance>()},
-      keyRepeatFilter_{std::make_unique<KeyRepeatFilter>()} {
+      keyRepeatFilter_{std::make_unique<KeyRepeatFilter>()}, quitFilter_{
+                                                                 std::make_unique<QuitFilter>()} {
     useInterfaceStyle();
     chooseInterfaceFont();
     installAccessibility();
-    qApp->installEventFilter(keyRepeatFilter_.get());
+    for (const auto* filter : {&keyRepeatFilter_, &quitFilter_})
+        qApp->installEventFilter(filter->get());
 }
 
 QtUserInterface::~QtUserInterface() = default;

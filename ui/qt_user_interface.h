@@ -19,7 +19,8 @@ class MainWindow;
 /// Owns the window. The QApplication must outlive it.
 class QtUserInterface final : public UserInterface {
   public:
-    /// Sets the application's style, palette and font, and filters repeated keys.
+    /// Sets the application's style, palette and font, and filters repeated keys. Ends the
+    /// event loops, without a question, when the session ends.
     explicit QtUserInterface(WindowContext context);
     ~QtUserInterface() override;
 
@@ -37,7 +38,7 @@ class QtUserInterface final : public UserInterface {
   private:
     WindowContext context_;
     std::unique_ptr<Appearance> appearance_;
-    std::unique_ptr<QObject> keyRepeatFilter_;
+    std::unique_ptr<QObject> keyRepeatFilter_, quitFilter_;
     MenuTree menu_;
     std::unique_ptr<MainWindow> window_;
 };

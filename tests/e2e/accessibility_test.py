@@ -10,6 +10,7 @@ from testing.waiting import Gone, pump, wait_until
 
 NAME_CHANGED = "object:property-change:accessible-name"
 DESCRIPTION_CHANGED = "object:property-change:accessible-description"
+SHOWING, FOCUSED = "object:state-changed:showing", "object:state-changed:focused"
 TEXT_ADDED = "object:text-changed:insert"
 
 
@@ -34,14 +35,24 @@ class AccessibilityTest(EndToEndCase):
             for role in ("push button", "radio button", "text", "progress bar", "menu item"):
                 self.assertNotIn((role, ""), tree)
 
-    def test_while_an_alert_is_open_nothing_outside_it_can_be_pressed(self) -> None:
+    def test_an_alert_is_announced_and_nothing_outside_it_can_be_pressed(self) -> None:
         program = self.start("speed=max")
         program.check()
+        told: list[tuple[str, str]] = []
+        for event in (SHOWING, FOCUSED):
+            self.world.accessibility.listen(
+                event, lambda source, _, event=event: told.append((event, source.path)))
         outside = [program.find("push button", EN.check), program.find("radio button", "RU"),
                    program.find("push button", "oxlade.example")]
         log = program.log()
         program.press(EN.flash)
-        self.assertTrue(program.alert(EN.confirm).has_state("modal"))
+        alert = program.alert(EN.confirm)
+        self.assertTrue(alert.has_state("modal"))
+        self.assertEqual((alert.name, alert.description), (EN.confirm, EN.confirm_text))
+        first = alert.find("push button", EN.confirm_ok)
+        expected = [(SHOWING, alert.path), (FOCUSED, first.path)]
+        wait_until(lambda: pump() or [each for each in told if each in expected] == expected,
+                   "the alert, then its button", lambda: str(told))
         for each in outside:
             self.assertFalse(each.has_state("enabled"), each.name)
             with suppress(ValueError): # where it offers no such action

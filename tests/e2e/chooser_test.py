@@ -32,6 +32,7 @@ class ChooserTest(EndToEndCase):
             program.press(program.texts.bundled)
             program.wait_for("mpcv171.bin  ·  3.0 MB")
         self.assert_flashed(image)
+        self.assertEqual([each.name for each in (self.folder / "config").iterdir()], ["Oxlade"])
 
     def test_a_name_with_double_quotes_can_be_chosen_from_the_list(self) -> None:
         image = self.image('the "last" <b>one.bin')

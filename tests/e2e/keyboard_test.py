@@ -43,8 +43,11 @@ class KeyboardTest(EndToEndCase):
         self.assertEqual([run["argv"] for run in self.sampler.runs()], ["--info"])
         before = program.log()
         program.screen.key("Return")  # presses Flash OS, wherever the focus is
+        program.alert(EN.confirm)
+        program.screen.key("ctrl+q", "alt+F4", "Alt_L", "F10")
         self.escape(program, EN.confirm)
         self.assertEqual(program.log(), before)
+        self.open_menu_by_key(program)
         self.tab_to(program, EN.flash)
         program.screen.key("space")
         self.escape(program, EN.confirm)
@@ -58,6 +61,16 @@ class KeyboardTest(EndToEndCase):
         self.assert_flashed()
         program.screen.key("Escape", "space")  # Escape does not close the window
         self.escape(program, EN.confirm)
+
+    def open_menu_by_key(self, program: Program) -> None:
+        """Alt and Return, and F10, where Return in the window would ask to flash."""
+        quit_item = program.find("menu item", EN.quit)
+        for keys in (("Alt_L", "Return"), ("F10",)):
+            program.screen.key(*keys)
+            program.wait(lambda: quit_item.has_state("showing"), f"a menu by {keys}")
+            program.screen.key("Escape", "Escape")
+            program.wait(lambda: not quit_item.has_state("showing"), "the menu to close")
+        self.assertEqual(program.dialogs(), [])
 
     def test_a_held_key_does_not_walk_through_the_confirmation(self) -> None:
         program = self.start()
@@ -86,8 +99,11 @@ class KeyboardTest(EndToEndCase):
         program = self.start("speed=max,nul")
         program.check()
         self.tab_to(program, EN.log)
-        program.screen.key("ctrl+a", "ctrl+c")
+        self.world.ask(["setxkbmap", "ru"])  # no Latin letter on any key
+        self.addCleanup(self.world.ask, ["setxkbmap", "us"])
+        program.screen.key("ctrl+Cyrillic_ef", "ctrl+Cyrillic_es")  # where A and C are
         self.wait_until_copied(program, ("--info",))
+        self.world.ask(["setxkbmap", "us"])
         program.check()
         # The menu bar by its key, then the second menu, then its items.
         for item in (EN.select_all, EN.copy):
@@ -98,6 +114,8 @@ class KeyboardTest(EndToEndCase):
             program.screen.key(*["Down"] * (item == EN.select_all), "Return")
             program.wait(lambda: not menu.has_state("showing"), "the menu to close")
         self.wait_until_copied(program, ("--info",), ("--info",))
+        program.screen.key("ctrl+q")
+        self.assertEqual(program.wait_for_end(), 0)
 
     def wait_until_copied(self, program: Program, *runs: tuple[str, ...]) -> None:
         expected = self.expected_log(program, "speed=max,nul", *runs)

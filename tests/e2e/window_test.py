@@ -20,8 +20,11 @@ class WindowTest(EndToEndCase):
         x, y, width, height = program.screen.size(window)
         self.assertEqual(width, 760)
         self.assertGreaterEqual(height, 620)
-        self.assertAlmostEqual(x + width / 2, 1280 / 2, delta=2)
-        self.assertAlmostEqual(y + height / 2, 900 / 2, delta=25)  # with or without title bar
+        left, right, top, bottom = map(int, re.findall(
+            r"\d+", program.screen.property(window, "_NET_FRAME_EXTENTS").partition("=")[2]))
+        self.assertGreater(top, bottom)
+        self.assertAlmostEqual(x + (width + right - left) / 2, 1280 / 2, delta=1)
+        self.assertAlmostEqual(y + (height + bottom - top) / 2, 900 / 2, delta=1)
         self.assertIn('"Oxlade"', program.screen.property(window, "_NET_WM_NAME"))
         self.assertIn('= "io.oxlade.Oxlade", "Oxlade"', program.screen.property(window, "WM_CLASS"))
         wait_until(lambda: "Icon (128 x 128)" in program.screen.property(window, "_NET_WM_ICON"),
@@ -50,9 +53,12 @@ class WindowTest(EndToEndCase):
         program.start_flashing()
         program.wait_for("50%")
         program.in_front().screen.key("alt+F5")
-        wait_until(lambda: "Iconic" in program.screen.property(program.window, "WM_STATE"),
-                   "the window to be minimised")
+        wait_until(lambda: "Iconic" in program.screen.property(program.window, "WM_STATE")
+                   and not program.is_in_front(), "the window to be minimised")
         self.sampler.open("erase:50")
+        wait_until(lambda: "ATTENTION" in program.screen.property(program.window, "_NET_WM_STATE"),
+                   "the alert to ask for attention")
+        program.screen.activate(program.window)
         program.answer(EN.done)
         self.assert_flashed()
 

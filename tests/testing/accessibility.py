@@ -110,6 +110,10 @@ class Element:
             self.bus.roles[key] = self._call("Accessible", "GetRoleName")[0]
         return self.bus.roles[key]
 
+    @property
+    def description(self) -> str:
+        return str(self._property("Accessible", "Description"))
+
     def has_state(self, state: str) -> bool:
         low, high = self._call("Accessible", "GetState")[0]
         return bool((low | high << 32) >> _STATES[state] & 1)

@@ -151,8 +151,9 @@ class Program:
         return ""
 
     def dialogs(self) -> list[Element]:
-        """Alerts and choosers that are open."""
-        return [each for each in self.application.children()
+        """Alerts and choosers that are open: windows of their own, or over the window."""
+        return [each for window in self.application.children()
+                for each in [window, *window.children()]
                 if each.role in ("alert message", "dialog", "file chooser")
                 and each.has_state("showing")]
 

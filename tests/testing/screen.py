@@ -32,6 +32,10 @@ class Screen:
     def active_window(self) -> str:
         return self._xdotool("getactivewindow").strip()
 
+    def activate(self, window: str) -> None:
+        """As a task bar does, for a minimised window, too."""
+        self._xdotool("windowactivate", window)
+
     def size(self, window: str) -> tuple[int, int, int, int]:
         """x, y, width and height without the frame; zeros if there is no such window."""
         facts = self._world.ask(["xwininfo", "-id", window])

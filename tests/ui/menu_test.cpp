@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QMenu>
+#include <QTimer>
 
 namespace oxlade::test {
 namespace {
@@ -95,6 +96,29 @@ TEST_F(MenuTest, CopyAndSelectAllActOnTheLogThroughAnOpenMenu) {
     item(1, 1)->trigger();
     item(1, 0)->trigger();
     EXPECT_EQ(QApplication::clipboard()->text(), program.widgets().logView->string());
+}
+
+TEST_F(MenuTest, WithoutLatinLettersOnTheKeyboardItsKeysWorkByTheirPlace) {
+    const auto press = [this](int key, quint32 scanCode, Qt::KeyboardModifiers modifiers) {
+        QKeyEvent event{QEvent::KeyPress, key, modifiers, scanCode, 0, 0};
+        QCoreApplication::sendEvent(program.window().windowHandle(), &event);
+    };
+    constexpr int russian = 0x424; // any letter
+    program.widgets().logView->setFocus();
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    press(russian, 38, Qt::NoModifier);
+    press(russian, 38, Qt::ControlModifier | Qt::ShiftModifier);
+    press(Qt::Key_O, 38, Qt::ControlModifier); // as on an English keyboard of another order
+    press(russian, 54, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("before"));
+    press(russian, 38, Qt::ControlModifier);
+    press(russian, 54, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), program.widgets().logView->string());
+    QTimer::singleShot(0, [&] { press(russian, 24, Qt::ControlModifier); });
+    QTimer deadline;
+    deadline.callOnTimeout([] { QCoreApplication::exit(1); });
+    deadline.start(30'000);
+    EXPECT_EQ(QApplication::exec(), 0) << "it does not quit";
 }
 
 TEST_F(MenuTest, ItsItemsHaveNoIconColumn) {

@@ -1,5 +1,6 @@
 // Alerts and the file chooser.
 #include "tests/ui/program.h"
+#include "ui/alert_sheet.h"
 #include "ui/palette.h"
 #include "ui/qt_dialogs.h"
 #include "ui/text.h"
@@ -11,69 +12,98 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
+#include <QMenu>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
 
 namespace oxlade::test {
 namespace {
 
-class AlertTest : public ProgramTest {
+class DialogTest : public ProgramTest {
   protected:
-    /// Acts once the dialog is open.
-    template <class Widget>
-    void whenShown(std::function<void(Widget&)> act) {
+    /// Acts once an alert or the chooser is open.
+    template <class Dialog>
+    void whenShown(std::function<void(Dialog&)> act) {
         QTimer::singleShot(0, [act = std::move(act)] {
-            auto* dialog = dynamic_cast<Widget*>(QApplication::activeModalWidget());
-            ASSERT_NE(dialog, nullptr);
-            act(*dialog);
+            for (QWidget* widget : QApplication::allWidgets())
+                if (auto* dialog = dynamic_cast<Dialog*>(widget); dialog && dialog->isVisible())
+                    return act(*dialog);
+            FAIL() << "no dialog";
         });
     }
-    static void press(QWidget& dialog, int key, bool autoRepeat = false) {
-        QTest::simulateEvent(dialog.windowHandle(), true, key, Qt::NoModifier, QString{},
-                             autoRepeat);
-    }
-    /// A press or a release as the window system reports it, at a time of its own.
-    static void sendKey(QWidget& dialog, QEvent::Type type, quint64 time,
-                        int key = Qt::Key_Return) {
-        QKeyEvent event{type, key, Qt::NoModifier};
-        event.setTimestamp(time);
-        QCoreApplication::sendEvent(dialog.windowHandle(), &event);
-    }
-    bool answerWith(int key) {
-        whenShown<QMessageBox>([key](QMessageBox& box) { press(box, key); });
+    QtDialogs dialogs{[this] { return program.interface->window(); }};
+};
+
+class AlertTest : public DialogTest {
+  protected:
+    bool ask(std::function<void(AlertSheet&)> act) {
+        whenShown<AlertSheet>(std::move(act));
         return dialogs.runAlert(question);
     }
-    QtDialogs dialogs{[this] { return program.interface->window(); }};
-    const Alert question{AlertStyle::critical, "Flash?", "It is erased.", {"Flash", "Cancel"}};
+    bool answerWith(std::initializer_list<int> keys) {
+        return ask([&](AlertSheet& alert) {
+            for (const int key : keys) {
+                EXPECT_TRUE(alert.isVisible());
+                press(key);
+            }
+            EXPECT_FALSE(alert.isVisible());
+        });
+    }
+    /// A press or a release as the window system reports it, at a time of its own.
+    void sendKey(QEvent::Type type, quint64 time, int key = Qt::Key_Return) {
+        QKeyEvent event{type, key, Qt::NoModifier};
+        event.setTimestamp(time);
+        QCoreApplication::sendEvent(program.window().windowHandle(), &event);
+    }
+    static QList<QPushButton*> buttons(const AlertSheet& alert) {
+        return alert.findChildren<QPushButton*>();
+    }
+    /// The message, then the text.
+    static QList<QLabel*> labels(const AlertSheet& alert) { return alert.findChildren<QLabel*>(); }
+    static QRect frameIn(const AlertSheet& alert, const QWidget* part) {
+        return {part->mapTo(&alert, QPoint{}), part->size()};
+    }
+    /// What is painted left of the message.
+    static QImage icon(AlertSheet& alert) {
+        const QRect message = frameIn(alert, labels(alert).first());
+        return alert.grab({message.left() - 66, message.top() - 10, 60, 70}).toImage();
+    }
+    const Alert question{AlertStyle::critical, "FLASH", "It is erased.", {"Flash", "Cancel"}};
 };
 
 TEST_F(AlertTest, ReturnAnswersTheFirstButtonAndEscapeTheLast) {
-    EXPECT_TRUE(answerWith(Qt::Key_Return));
-    EXPECT_TRUE(answerWith(Qt::Key_Enter));
-    EXPECT_FALSE(answerWith(Qt::Key_Escape));
+    EXPECT_TRUE(answerWith({Qt::Key_Return}));
+    EXPECT_TRUE(answerWith({Qt::Key_Enter}));
+    EXPECT_FALSE(answerWith({Qt::Key_Escape}));
 }
 
-TEST_F(AlertTest, ReturnAnswersTheButtonThatHasTheKeyboard) {
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
-        for (const int way : {Qt::Key_Tab, Qt::Key_Right}) {
-            whenShown<QMessageBox>([&](QMessageBox& box) {
-                press(box, way);
-                EXPECT_TRUE(box.buttons().at(1)->hasFocus());
-                press(box, key);
-            });
-            EXPECT_FALSE(dialogs.runAlert(question)) << key << ' ' << way;
-        }
-    }
+TEST_F(AlertTest, KeysPressTheButtonThatHasTheKeyboardWhichIsTheFilledOne) {
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
+        for (const int way : {Qt::Key_Tab, Qt::Key_Right}) EXPECT_FALSE(answerWith({way, key}));
+    EXPECT_TRUE(answerWith({Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Return})) << "Tab stays in it";
+    ask([this](AlertSheet& alert) {
+        const auto all = buttons(alert);
+        EXPECT_TRUE(all[0]->isDefault() && !all[1]->isDefault());
+        press(Qt::Key_Tab);
+        EXPECT_TRUE(all[1]->hasFocus() && all[1]->isDefault() && !all[0]->isDefault());
+        press(Qt::Key_Space);
+        release(Qt::Key_Space);
+        EXPECT_FALSE(alert.isVisible());
+    });
 }
 
 TEST_F(AlertTest, WhileItIsOpenNothingInTheWindowCanBePressed) {
     makeReady();
     widgets().installButton->setFocus();
-    whenShown<QMessageBox>([this](QMessageBox& box) {
+    ask([this](AlertSheet& alert) {
         for (auto* button : program.window().findChildren<QAbstractButton*>()) {
-            if (button->window() != &program.window()) continue;
+            if (alert.isAncestorOf(button)) continue;
             EXPECT_FALSE(button->isEnabled()) << qPrintable(button->text());
             button->click();
         }
@@ -81,12 +111,13 @@ TEST_F(AlertTest, WhileItIsOpenNothingInTheWindowCanBePressed) {
         const QPalette& log = widgets().logView->palette();
         EXPECT_EQ(log.color(QPalette::Disabled, QPalette::Text), log.color(QPalette::Text))
             << "alerts refer to the log";
-        EXPECT_TRUE(box.isEnabled());
         program.delegate->setFirmwarePath({}); // a change of state under the alert
         program.delegate->updateButtons();
-        press(box, Qt::Key_Escape);
+        press(Qt::Key_F10);
+        press(Qt::Key_A, Qt::ControlModifier);
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+        press(Qt::Key_Escape);
     });
-    dialogs.runAlert(question);
     EXPECT_EQ(program.trace.take(), "");
     EXPECT_EQ(CurrentLanguage, 0);
     EXPECT_TRUE(program.menuBar().isEnabled());
@@ -96,101 +127,157 @@ TEST_F(AlertTest, WhileItIsOpenNothingInTheWindowCanBePressed) {
 
 TEST_F(AlertTest, TheFocusReturnsToTheControlThatHadIt) {
     widgets().checkButton->setFocus();
-    answerWith(Qt::Key_Escape);
+    answerWith({Qt::Key_Escape});
     EXPECT_EQ(program.window().focusWidget(), widgets().checkButton);
-}
-
-TEST_F(AlertTest, ClosingItIsNotTheFirstButton) {
-    whenShown<QMessageBox>([](QMessageBox& box) { box.close(); });
-    EXPECT_FALSE(dialogs.runAlert(question));
 }
 
 // On X11 the mark may be missing: then a release and a press have the same time.
 TEST_F(AlertTest, AHeldKeyDoesNotAnswerWhetherItsRepetitionsAreMarkedOrNot) {
-    whenShown<QMessageBox>([](QMessageBox& box) {
+    EXPECT_TRUE(ask([this](AlertSheet& alert) {
         for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
-            for (int i = 0; i < 30; ++i) press(box, key, true);
+            for (int i = 0; i < 30; ++i) press(key, {}, true);
             for (quint64 time = 1000; time < 2000; time += 30) {
-                sendKey(box, QEvent::KeyRelease, time, key);
-                sendKey(box, QEvent::KeyPress, time, key);
+                sendKey(QEvent::KeyRelease, time, key);
+                sendKey(QEvent::KeyPress, time, key);
             }
-            EXPECT_TRUE(box.isVisible()) << key;
+            EXPECT_TRUE(alert.isVisible()) << key;
         }
-        sendKey(box, QEvent::KeyRelease, 2100);
-        sendKey(box, QEvent::KeyPress, 2250);
-        EXPECT_FALSE(box.isVisible()) << "another press";
-    });
-    EXPECT_TRUE(dialogs.runAlert(question));
+        sendKey(QEvent::KeyRelease, 2100);
+        sendKey(QEvent::KeyPress, 2250);
+        EXPECT_FALSE(alert.isVisible()) << "another press";
+    }));
 }
 
-TEST_F(AlertTest, CanOnlyBeClosed) {
-    whenShown<QMessageBox>([](QMessageBox& box) {
-        EXPECT_TRUE(box.windowFlags() & Qt::CustomizeWindowHint)
-            << "the window manager would add what it likes";
-        EXPECT_TRUE(box.windowFlags() & Qt::WindowCloseButtonHint);
-        EXPECT_FALSE(box.windowFlags() & Qt::WindowMinimizeButtonHint);
-        EXPECT_FALSE(box.windowFlags() & Qt::WindowMaximizeButtonHint);
-        press(box, Qt::Key_Escape);
+TEST_F(AlertTest, StandsOverTheMiddleOfTheWholeWindowAndIsGoneAfterwards) {
+    const QRect whole = program.window().rect();
+    ask([&](AlertSheet& alert) {
+        EXPECT_EQ(alert.parentWidget(), &program.window());
+        EXPECT_EQ(alert.geometry(), whole) << "the menu bar, too";
+        EXPECT_EQ(program.window().childAt(program.menuBar().geometry().center()), &alert);
+        const QRect message = frameIn(alert, labels(alert)[0]),
+                    text = frameIn(alert, labels(alert)[1]);
+        const QRect flash = frameIn(alert, buttons(alert)[0]),
+                    cancel = frameIn(alert, buttons(alert)[1]);
+        EXPECT_LT(message.bottom(), text.top());
+        EXPECT_LT(text.bottom(), flash.top());
+        EXPECT_LT(cancel.right(), flash.left()) << "the first button is at the right";
+        EXPECT_NEAR(message.top(), whole.height() - flash.bottom(), 3) << "not in the middle";
+        press(Qt::Key_Escape);
     });
-    dialogs.runAlert(question);
+    EXPECT_EQ(program.window().findChild<QWidget*>(AlertSheet::name), nullptr);
+}
+
+TEST_F(AlertTest, TheWindowCannotBeClosedUnderItButPointsAtIt) {
+    const QColor ring = markColor(program.window().palette());
+    const auto isRinged = [&](AlertSheet& alert) {
+        const QImage image = alert.grab().toImage();
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixelColor(x, image.height() / 2) == ring) return true;
+        return false;
+    };
+    ask([&](AlertSheet& alert) {
+        for (const bool byKey : {true, false}) {
+            EXPECT_FALSE(isRinged(alert));
+            byKey ? press(Qt::Key_Q, Qt::ControlModifier) : void(program.window().close());
+            EXPECT_TRUE(program.window().isVisible() && alert.isVisible());
+            EXPECT_TRUE(isRinged(alert)) << byKey;
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !isRinged(alert); }, 30'000));
+        }
+        press(Qt::Key_Escape);
+    });
+}
+
+TEST_F(AlertTest, AnOpenMenuIsClosed) {
+    QMenu& menu = *program.menuBar().actions().first()->menu();
+    menu.popup({});
+    ASSERT_TRUE(menu.isVisible());
+    answerWith({Qt::Key_Escape});
+    EXPECT_FALSE(menu.isVisible());
+}
+
+TEST_F(AlertTest, BeforeTheWindowIsShownItIsAWindowOfItsOwnInTheMiddleOfTheScreen) {
+    program.window().hide();
+    EXPECT_FALSE(ask([](AlertSheet& alert) {
+        EXPECT_TRUE(alert.isWindow());
+        EXPECT_TRUE(alert.windowFlags() & Qt::FramelessWindowHint) << "no buttons to minimise it";
+        EXPECT_EQ(alert.minimumSize(), alert.maximumSize());
+        const QPoint off = alert.frameGeometry().center() - alert.screen()->geometry().center();
+        EXPECT_LE(off.manhattanLength(), 2);
+        alert.close();
+        EXPECT_FALSE(alert.isVisible());
+    })) << "closing it is not the first button";
 }
 
 TEST_F(AlertTest, TheIconIsAlignedWithTheCapitalsOfTheMessage) {
-    whenShown<QMessageBox>([](QMessageBox& box) {
-        const QImage image = box.grab().toImage();
-        const QColor ground = image.pixelColor(2, 2);
-        const auto firstInk = [&](int from, int to) {
+    ask([this](AlertSheet& alert) {
+        const auto firstInk = [](const QImage& image) {
             for (int y = 0; y < image.height(); ++y)
-                for (int x = from; x < to; ++x)
-                    if (contrast(image.pixelColor(x, y), ground) > 2) return y;
+                for (int x = 0; x < image.width(); ++x)
+                    if (contrast(image.pixelColor(x, y), image.pixelColor(0, 0)) > 2) return y;
             return -1;
         };
-        const int icon = firstInk(0, 24 + 48), text = firstInk(24 + 56, image.width());
-        EXPECT_EQ(icon, text);
-        press(box, Qt::Key_Escape);
+        const QRect message = frameIn(alert, labels(alert).first());
+        EXPECT_EQ(firstInk(icon(alert)),
+                  firstInk(alert.grab(message.adjusted(0, -10, 0, 0)).toImage()));
+        press(Qt::Key_Escape);
     });
-    dialogs.runAlert({AlertStyle::critical, "FLASH", "It is erased.", {"Flash", "Cancel"}});
 }
 
-TEST_F(AlertTest, ShowsItsTextsWithoutMarkupOrMnemonics) {
-    whenShown<QMessageBox>([](QMessageBox& box) {
-        for (const QLabel* label : box.findChildren<QLabel*>())
-            EXPECT_TRUE(label->textFormat() == Qt::PlainText || !label->pixmap().isNull());
-        EXPECT_EQ(box.text(), QStringLiteral("<b>a</b>"));
-        EXPECT_EQ(box.informativeText(), QStringLiteral("<i>b</i>"));
-        EXPECT_FALSE(box.iconPixmap().isNull());
-        EXPECT_EQ(box.buttons().at(0)->text(), QStringLiteral("A && B"));
-        EXPECT_EQ(box.parentWidget()->objectName(), QStringLiteral("window"));
-        box.close();
-    });
-    dialogs.runAlert({AlertStyle::warning, "<b>a</b>", "<i>b</i>", {"A & B"}});
+TEST_F(AlertTest, ShowsItsTextsWholeWithoutMarkupOrMnemonics) {
+    const std::string path(500, 'x');
+    for (const std::string& text :
+         {std::string{"<i>b</i>"}, path, path + path + path + path + path + path}) {
+        whenShown<AlertSheet>([&](AlertSheet& alert) {
+            for (const QLabel* label : labels(alert)) EXPECT_EQ(label->textFormat(), Qt::PlainText);
+            EXPECT_EQ(labels(alert)[0]->text(), QStringLiteral("<b>a</b>"));
+            EXPECT_EQ(toUtf8(labels(alert)[1]->text()), text);
+            EXPECT_EQ(buttons(alert)[0]->text(), QStringLiteral("A && B"));
+            EXPECT_TRUE(alert.rect().contains(frameIn(alert, buttons(alert)[0])));
+            const QLabel& label = *labels(alert)[1];
+            EXPECT_GE(label.width() * label.height(), 70 * static_cast<int>(text.size()))
+                << "no room for all of it";
+            const auto& bar = *alert.findChild<QScrollArea*>()->verticalScrollBar();
+            EXPECT_EQ(bar.maximum() > 0, text.size() > path.size()) << text.size();
+            if (bar.maximum() > 0) {
+                press(Qt::Key_Tab);
+                press(Qt::Key_Down);
+                EXPECT_GT(bar.value(), 0) << "scrolls by key";
+            }
+            press(Qt::Key_Return);
+        });
+        EXPECT_TRUE(dialogs.runAlert({AlertStyle::warning, "<b>a</b>", text, {"A & B"}}));
+    }
 }
 
 TEST_F(AlertTest, WithoutButtonsOfItsOwnHasOneThatBothKeysAnswer) {
     for (const int key : {Qt::Key_Return, Qt::Key_Escape}) {
-        whenShown<QMessageBox>([key](QMessageBox& box) {
-            EXPECT_EQ(box.buttons().size(), 1);
-            press(box, key);
+        whenShown<AlertSheet>([&](AlertSheet& alert) {
+            EXPECT_EQ(buttons(alert).size(), 1);
+            press(key);
         });
         dialogs.runAlert({AlertStyle::informational, "Done", "Restart it.", {}});
     }
 }
 
-TEST_F(AlertTest, QuittingIsNotTheFirstButton) {
-    QTimer::singleShot(0, [this] {
-        whenShown<QMessageBox>([](QMessageBox&) { QCoreApplication::exit(); });
-        EXPECT_FALSE(dialogs.runAlert(question));
-    });
-    QApplication::exec();
+TEST_F(AlertTest, TheEndOfProgramOrSessionIsNotTheFirstButton) {
+    const auto endSession = [] {
+        QEvent quit{QEvent::Quit};
+        QCoreApplication::sendEvent(qApp, &quit);
+    };
+    for (const std::function<void()>& end :
+         {std::function<void()>{endSession}, {[] { QCoreApplication::exit(); }}}) {
+        QTimer::singleShot(0, [&] { EXPECT_FALSE(ask([&](AlertSheet&) { end(); })); });
+        QApplication::exec();
+    }
 }
 
 TEST_F(AlertTest, TheStylesHaveDifferentPictures) {
     std::vector<QImage> pictures;
     for (const auto style :
          {AlertStyle::informational, AlertStyle::warning, AlertStyle::critical}) {
-        whenShown<QMessageBox>([&](QMessageBox& box) {
-            pictures.push_back(box.iconPixmap().toImage());
-            box.close();
+        whenShown<AlertSheet>([&](AlertSheet& alert) {
+            pictures.push_back(icon(alert));
+            press(Qt::Key_Escape);
         });
         dialogs.runAlert({style, "a", "b", {}});
     }
@@ -198,7 +285,7 @@ TEST_F(AlertTest, TheStylesHaveDifferentPictures) {
     EXPECT_NE(pictures[1], pictures[2]);
 }
 
-class PanelTest : public AlertTest {
+class PanelTest : public DialogTest {
   protected:
     PanelTest() {
         for (const char* name : {"a.bin", "B.BIN", "c.txt", "the \"last\" one.bin"}) {
@@ -246,9 +333,18 @@ TEST_F(PanelTest, APathWithAQuotationMarkCanBeTyped) {
     }
 }
 
-TEST_F(PanelTest, GivesNothingWhenItIsCancelled) {
+TEST_F(PanelTest, GivesNothingWhenItIsCancelledAndWritesNoSettings) {
+    QTemporaryDir config;
+    const auto setPath = [](const QString& path) {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path);
+    };
+    setPath(config.path());
     whenShown<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
     EXPECT_EQ(dialogs.runOpenPanel(panel), std::nullopt);
+    EXPECT_TRUE(QDir{config.path()}.isEmpty()) << "Qt's own chooser would write some";
+    QSettings ours{QStringLiteral("Oxlade"), QStringLiteral("Oxlade")};
+    EXPECT_TRUE(ours.fileName().startsWith(config.path())) << "the program's own go there again";
+    setPath(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
 }
 
 TEST_F(PanelTest, ShowsItsMessageAndOneFilterOnly) {

@@ -51,7 +51,7 @@ TEST_F(WindowTest, EveryButtonCallsItsAction) {
 TEST_F(WindowTest, AHeldReturnFlashesOnce) {
     program.dialogs.answerFirst = false;
     makeReady();
-    press(Qt::Key_Enter);
+    press(Qt::Key_Enter, Qt::KeypadModifier);
     EXPECT_EQ(flashesAsked(), 1) << "Enter, too";
     press(Qt::Key_Return);
     for (int i = 0; i < 20; ++i) press(Qt::Key_Return, {}, true);
@@ -65,11 +65,25 @@ TEST_F(WindowTest, AHeldReturnFlashesOnce) {
     EXPECT_EQ(flashesAsked(), 1) << "another press";
 }
 
-TEST_F(WindowTest, ReturnDoesNothingWhileFlashOsIsDisabled) {
+TEST_F(WindowTest, ReturnFlashesFromAnywhereUnlessFlashOsIsDisabledOrAMenuIsOpen) {
     program.trace.take();
     widgets().checkButton->setFocus();
     press(Qt::Key_Return);
     EXPECT_EQ(program.trace.take(), "");
+    makeReady();
+    program.dialogs.answerFirst = false;
+    press(Qt::Key_F10);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
+    QApplication::activePopupWidget()->close();
+    EXPECT_EQ(flashesAsked(), 0);
+    for (auto* control : std::initializer_list<QWidget*>{
+             &program.window(), widgets().logView, widgets().websiteLink, widgets().checkButton,
+             widgets().languageControl->childAt(25, 12)}) {
+        control->setFocus();
+        press(Qt::Key_Return);
+        EXPECT_EQ(flashesAsked(), 1) << control->objectName().toStdString();
+    }
 }
 
 TEST_F(WindowTest, AClickOnAnySegmentStoresItsLanguage) {
@@ -121,15 +135,16 @@ TEST(Window, IsBuiltHiddenInItsPlaceAndWithoutTexts) {
     MainWindow& window = program.window();
     EXPECT_FALSE(window.isVisible());
     const QSize size = window.size();
-    const QPoint place = window.pos();
-    EXPECT_EQ(place, startingPlace(window.screen()->availableGeometry(), window.size()));
+    const QRect screen = window.screen()->availableGeometry();
+    EXPECT_EQ(window.pos(), startingPlace(screen, window.size()));
     EXPECT_TRUE(program.widgets().subtitleLabel->text().isEmpty());
     EXPECT_TRUE(program.widgets().checkButton->text().isEmpty());
     EXPECT_TRUE(program.widgets().logView->string().isEmpty());
     controls.window->makeKeyAndOrderFront();
     QApplication::processEvents();
     EXPECT_TRUE(window.isVisible());
-    EXPECT_EQ(window.pos(), place);
+    ASSERT_NE(window.frameGeometry().size(), size) << "a frame of this platform's own";
+    EXPECT_EQ(window.pos(), startingPlace(screen, window.frameGeometry().size()));
     EXPECT_EQ(window.size(), size);
 }
 
