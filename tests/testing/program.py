@@ -103,7 +103,7 @@ class Program:
 
     def is_in_front(self) -> bool:
         """Whether the main window is mapped and has the X input focus."""
-        return self.application.find("frame").has_state("active")
+        return self.is_active(self.application.find("frame"))
 
     def in_front(self) -> Program:
         """Waits until keys reach the main window."""
@@ -157,10 +157,13 @@ class Program:
                 if each.role in ("alert message", "dialog", "file chooser")
                 and each.has_state("showing")]
 
+    def is_active(self, window: Element) -> bool:
+        return window.has_state("active")
+
     def alert(self, message: str) -> Element:
         """Waits for the open alert with this message, until it is active."""
         def active_alert() -> Element | None:
-            return next((each for each in self.dialogs() if each.has_state("active")
+            return next((each for each in self.dialogs() if self.is_active(each)
                          and any(label.name == message for label in each.all("label"))), None)
         return self.wait(active_alert, f"the alert {message!r}")
 
