@@ -337,19 +337,20 @@ class Tour:
         program.wait(lambda: chooser.find("push button", program.texts.cancel), "Cancel").press()
         program.wait(lambda: not program.dialogs(), "the chooser to close")
 
-    def dark(self) -> None:
-        self.desktop.go_dark()
+    def brightness(self) -> float:
+        """Of the whole screen, 0 to 1."""
         file = self.pictures / "brightness.png"
         self.desktop.picture(file)
-
-        def is_dark() -> bool:
-            self.desktop.picture(file)
-            x, y, width, height = self.program.find("space").extents()
-            mean = self.desktop.ask(["convert", str(file), "-crop", f"4x{height}+{x - 8}+{y}",
-                                     "-colorspace", "Gray", "-format", "%[fx:mean]", "info:-"])
-            return bool(mean) and float(mean) < 0.3
-        self.program.wait(is_dark, "a dark window")
+        mean = self.desktop.ask(["convert", str(file), "-colorspace", "Gray", "-format",
+                                 "%[fx:mean]", "info:-"])
         file.unlink()
+        return float(mean)
+
+    def dark(self) -> None:
+        before = self.brightness()
+        self.desktop.go_dark()
+        # The window covers almost half of the screen.
+        self.program.wait(lambda: self.brightness() < before - 0.2, "a dark window")
         self.picture("dark")
 
     def copy(self) -> None:
