@@ -227,7 +227,7 @@ void AlertSheet::drawBackdrop(QPainter& painter) const {
     for (int i = 2; i <= reach; i += 2) {
         QPainterPath ring;
         ring.addRoundedRect(panel_.adjusted(-i, fall - i, i, fall + i), radius_ + i, radius_ + i);
-        painter.fillPath(ring, QColor{0, 0, 0, dark ? 7 : 4});
+        painter.fillPath(ring, QColor{0, 0, 0, dark ? 6 : 3});
     }
 }
 
