@@ -86,7 +86,6 @@ AlertSheet::AlertSheet(const Alert& alert, QWidget* window)
     setAccessibleName(title_->text());
     setAccessibleDescription(text_->text());
     setBackgroundRole(QPalette::Button);
-    setAttribute(Qt::WA_NoMousePropagation);
     addButtons(alert.buttons);
     const QRect room = window == nullptr ? screen()->availableGeometry() : window->rect();
     const QSize size = panelSize(room.size());
