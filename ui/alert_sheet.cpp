@@ -86,7 +86,6 @@ AlertSheet::AlertSheet(const Alert& alert, QWidget* window)
     setAccessibleName(title_->text());
     setAccessibleDescription(text_->text());
     setBackgroundRole(QPalette::Button);
-    setAttribute(Qt::WA_NoMousePropagation);
     addButtons(alert.buttons);
     const QRect room = window == nullptr ? screen()->availableGeometry() : window->rect();
     const QSize size = panelSize(room.size());
@@ -227,7 +226,7 @@ void AlertSheet::drawBackdrop(QPainter& painter) const {
     for (int i = 2; i <= reach; i += 2) {
         QPainterPath ring;
         ring.addRoundedRect(panel_.adjusted(-i, fall - i, i, fall + i), radius_ + i, radius_ + i);
-        painter.fillPath(ring, QColor{0, 0, 0, dark ? 7 : 4});
+        painter.fillPath(ring, QColor{0, 0, 0, dark ? 6 : 3});
     }
 }
 

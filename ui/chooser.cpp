@@ -120,7 +120,7 @@ QString chooseFile(QWidget* parent, const OpenPanel& panel, const QString& folde
     auto chooser = std::make_unique<Chooser>(parent, toQString(panel.message), folder,
                                              nameFilter(toQString(panel.fileNameExtension)));
     const bool accepted = chooser->exec() == QDialog::Accepted;
-    const QString path = accepted ? chooser->path() : QString{};
+    QString path = accepted ? chooser->path() : QString{};
     const NoUserSettings nowhere; // the destructor writes the user's QtProject.conf
     chooser.reset();
     return path;

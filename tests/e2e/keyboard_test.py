@@ -44,7 +44,9 @@ class KeyboardTest(EndToEndCase):
         before = program.log()
         program.screen.key("Return")  # presses Flash OS, wherever the focus is
         program.alert(EN.confirm)
-        program.screen.key("ctrl+q", "alt+F4", "Alt_L", "F10")
+        program.screen.key("ctrl+q", "alt+F4", "F10", "Alt_L")
+        self.tab(program)
+        self.assertFalse(program.find("menu item", "Oxlade").has_state("focused"))
         self.escape(program, EN.confirm)
         self.assertEqual(program.log(), before)
         self.open_menu_by_key(program)
