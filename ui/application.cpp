@@ -34,8 +34,9 @@ std::unique_ptr<QApplication> makeApplication(const char* programPath, std::stri
     QCoreApplication::setApplicationName(QStringLiteral("Oxlade"));
     QGuiApplication::setDesktopFileName(toQString(desktopId));
     // In a Wayland session Qt looks for its Wayland plugin first and warns where it is not
-    // installed; X11 follows. That no plugin can be loaded at all is told nevertheless.
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.plugin.warning=false"));
+    // installed or finds no compositor; X11 follows. That no plugin can be loaded at all is told
+    // nevertheless.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.plugin=false"));
     auto application = std::make_unique<QApplication>(count, arguments.data());
     QLoggingCategory::setFilterRules({});
     // Qt would post an event to quit: an alert that opens next would remove it.
