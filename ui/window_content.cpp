@@ -183,19 +183,8 @@ void WindowContent::paintEvent(QPaintEvent*) {
 }
 
 void WindowContent::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) pressedAt_ = event->globalPosition().toPoint();
+    // Not at the first movement: the window manager counts from where the pointer is by then.
+    if (event->button() == Qt::LeftButton) window()->windowHandle()->startSystemMove();
 }
-
-void WindowContent::mouseMoveEvent(QMouseEvent* event) {
-    if (!pressedAt_) return;
-    const QPoint moved = event->globalPosition().toPoint() - *pressedAt_;
-    if (moved.isNull()) return;
-    pressedAt_.reset();
-    // The window manager moves the window from where the pointer is by now.
-    window()->move(window()->pos() + moved);
-    window()->windowHandle()->startSystemMove();
-}
-
-void WindowContent::mouseReleaseEvent(QMouseEvent*) { pressedAt_.reset(); }
 
 } // namespace oxlade
