@@ -11,6 +11,7 @@
 #include <locale.h> // NOLINT: not all of it is in the C++ header
 #include <map>
 #include <memory>
+#include <set>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -27,12 +28,29 @@ struct Destroys {
     void operator()(Thing* thing) const { destroy(thing); }
 };
 using Pattern = std::unique_ptr<FcPattern, Destroys<FcPattern, FcPatternDestroy>>;
+using ObjectSet = std::unique_ptr<FcObjectSet, Destroys<FcObjectSet, FcObjectSetDestroy>>;
+using FontSet = std::unique_ptr<FcFontSet, Destroys<FcFontSet, FcFontSetDestroy>>;
 
 using Families = std::map<std::pair<std::string, FontKind>, std::string>;
 
 std::shared_future<Families> familiesAhead;
 
 const FcChar8* inFontconfig(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
+
+/// Whether the family has faces of its own for Medium and DemiBold.
+bool hasLabelWeights(const std::string& family) {
+    const Pattern wanted{FcPatternCreate()};
+    FcPatternAddString(wanted.get(), FC_FAMILY, inFontconfig(family.c_str()));
+    const ObjectSet objects{FcObjectSetBuild(FC_WEIGHT, nullptr)};
+    const FontSet faces{FcFontList(nullptr, wanted.get(), objects.get())};
+    std::set<int> weights;
+    for (int face = 0; faces != nullptr && face < faces->nfont; ++face) {
+        int weight = 0;
+        if (FcPatternGetInteger(faces->fonts[face], FC_WEIGHT, 0, &weight) == FcResultMatch)
+            weights.insert(weight);
+    }
+    return weights.count(FC_WEIGHT_MEDIUM) > 0 && weights.count(FC_WEIGHT_DEMIBOLD) > 0;
+}
 
 std::string match(const std::string& family, FontKind kind) {
     const Pattern wanted{FcPatternCreate()};
@@ -48,7 +66,10 @@ std::string match(const std::string& family, FontKind kind) {
     FcChar8* name = nullptr;
     if (found == nullptr || FcPatternGetString(found.get(), FC_FAMILY, 0, &name) != FcResultMatch)
         return family;
-    return reinterpret_cast<const char*>(name);
+    const std::string matched = reinterpret_cast<const char*>(name);
+    const std::string better = "Inter";
+    const bool takesBetter = kind == FontKind::proportional && !hasLabelWeights(matched);
+    return takesBetter && hasLabelWeights(better) ? better : matched;
 }
 
 } // namespace
@@ -118,13 +139,8 @@ QFont monospacedFont(int pixels) {
 }
 
 void chooseInterfaceFont() {
-    const QString better = QStringLiteral("Inter");
     QFont font = QApplication::font();
-    QString family = installed(font.family(), FontKind::proportional);
-    const bool none = family.startsWith(QLatin1String{"DejaVu"}) ||
-                      family.startsWith(QLatin1String{"Bitstream Vera"});
-    if (none && QFontDatabase::hasFamily(better)) family = better;
-    font.setFamilies({family});
+    font.setFamilies({installed(font.family(), FontKind::proportional)});
     font.setPixelSize(13);
     QApplication::setFont(font);
 }

@@ -15,16 +15,17 @@ void readFontsAhead();
 enum class FontKind { proportional, monospaced };
 
 /// The name of the installed family of that kind that is used for `family`, which may be
-/// missing or an alias such as "monospace". `family` itself where the system does not tell.
-/// Any thread; waits for readFontsAhead to finish.
+/// missing or an alias such as "monospace". Instead of a proportional family without faces of
+/// its own for Medium and DemiBold, Inter where that is installed: labels of different weights
+/// would look the same. `family` itself where the system does not tell. Any thread; waits for
+/// readFontsAhead to finish.
 std::string installedFamily(const std::string& family, FontKind kind);
 
 /// The application's sans font.
 QFont interfaceFont(int pixels, QFont::Weight weight = QFont::Normal);
 /// The desktop's monospaced font.
 QFont monospacedFont(int pixels);
-/// Sets the application's sans font: the desktop's, or Inter where the desktop has only the
-/// fallback DejaVu Sans and Inter is installed.
+/// Sets the application's sans font: what installedFamily gives for the desktop's.
 void chooseInterfaceFont();
 
 } // namespace oxlade

@@ -23,6 +23,8 @@ constexpr double thumbRadius = 5;
 constexpr int thumbInset = 2;
 constexpr int scrollThickness = 6, scrollMargin = 5, shortestThumb = 24;
 constexpr int menuPadding = 14, menuInset = 4, menuRowHeight = 24, menuSeparatorHeight = 9;
+/// A multiple of 4: what is below starts on a whole device pixel at 1.25, 1.5 and 1.75, too.
+constexpr int menuBarHeight = 24;
 constexpr int checkColumn = 16, shortcutGap = 28;
 
 /// Whether the focus was last moved by a key; neither if only another window was active.
@@ -64,10 +66,16 @@ QRect buttonShape(const QRect& widget) {
     return widget.adjusted(buttonMargin, above, -buttonMargin, -above);
 }
 
+/// A control under the pointer that is not pressed looks raised.
+bool isLifted(const QStyleOption& option) {
+    return has(option, QStyle::State_Enabled) && has(option, QStyle::State_MouseOver) &&
+           !has(option, QStyle::State_Sunken);
+}
+
 void drawLink(QPainter& painter, const QStyleOptionButton& link) {
     painter.setPen(color(SemanticColor::linkColor, link.palette));
     QFont font = painter.font();
-    font.setUnderline(has(link, QStyle::State_Sunken));
+    font.setUnderline(has(link, QStyle::State_Sunken) || isLifted(link));
     painter.setFont(font);
     drawLine(painter, link.rect, withoutMnemonics(link.text), Qt::AlignLeft);
 }
@@ -79,6 +87,8 @@ void drawButton(QPainter& painter, const QStyleOptionButton& button, const QColo
                          has(button, QStyle::State_Sunken), filled});
     const QRect shape = buttonShape(button.rect);
     const QColor fill = over(colors.fill, ground);
+    if (isLifted(button))
+        drawPanel(painter, shape.translated(0, 1), buttonRadius, shadowColor(ground));
     drawPanel(painter, shape, buttonRadius, fill, over(colors.edge, fill));
     if (showsFocus(button)) drawFocusRing(painter, shape, buttonRadius, button.palette);
     painter.setPen(colors.text);
@@ -91,13 +101,15 @@ void drawSegment(QPainter& painter, const QStyleOptionButton& segment) {
     const QRectF thumb = segment.rect.adjusted(thumbInset, thumbInset, -thumbInset, -thumbInset);
     if (chosen)
         drawPanel(painter, thumb, thumbRadius, colors.thumb, over(colors.thumbEdge, colors.thumb));
+    else if (isLifted(segment))
+        drawPanel(painter, thumb, thumbRadius, colors.liftedThumb);
     if (showsFocus(segment))
         drawFocusRing(painter, thumb.adjusted(1, 1, -1, -1), thumbRadius - 1, segment.palette);
     QFont font = painter.font();
     font.setWeight(chosen ? QFont::Medium : QFont::Normal);
     painter.setFont(font);
-    painter.setPen(chosen || has(segment, QStyle::State_Sunken) ? colors.chosenText
-                                                                : colors.otherText);
+    const bool strong = chosen || has(segment, QStyle::State_Sunken) || isLifted(segment);
+    painter.setPen(strong ? colors.chosenText : colors.otherText);
     drawLine(painter, segment.rect, segment.text, Qt::AlignHCenter);
 }
 
@@ -297,6 +309,9 @@ class InterfaceStyle final : public QProxyStyle {
         }
         const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
         if (type == CT_MenuItem && item != nullptr) return menuItemSize(*item, contents);
+        if (type == CT_MenuBarItem)
+            return {QProxyStyle::sizeFromContents(type, option, contents, widget).width(),
+                    menuBarHeight};
         if (type == CT_MenuBar) // less what PM_MenuBarPanelWidth adds
             return QProxyStyle::sizeFromContents(type, option, contents, widget) - QSize{0, 1};
         return QProxyStyle::sizeFromContents(type, option, contents, widget);

@@ -52,6 +52,7 @@ void MainMenu::addItem(QMenu& menu, const MenuItem& item) {
     action->setMenuRole(quits ? QAction::QuitRole : QAction::NoRole);
     connect(action, &QAction::triggered, this, [this, what = item.action] { perform(what); });
     if (!quits) editing_ << action;
+    if (item.action == MenuAction::copy) copy_ = action;
 }
 
 bool MainMenu::press(const QKeyEvent& key) {
@@ -86,11 +87,17 @@ void MainMenu::focusMoved(QWidget* to) {
     const bool menu = qobject_cast<QMenuBar*>(to) != nullptr || qobject_cast<QMenu*>(to) != nullptr;
     if (to == nullptr || menu) return;
     focused_ = to;
+    disconnect(selecting_);
+    if (const auto* log = target())
+        selecting_ =
+            connect(log, &QPlainTextEdit::copyAvailable, this, [this] { enableEditing(); });
     enableEditing();
 }
 
 void MainMenu::enableEditing() {
-    for (QAction* action : std::as_const(editing_)) action->setEnabled(target() != nullptr);
+    const auto* log = target();
+    for (QAction* action : std::as_const(editing_))
+        action->setEnabled(log != nullptr && (action != copy_ || log->hasSelection()));
 }
 
 QtLogView* MainMenu::target() const { return dynamic_cast<QtLogView*>(focused_.data()); }

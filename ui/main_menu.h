@@ -1,7 +1,8 @@
 // The menu bar, built from a MenuTree. Main thread.
 //
-// Copy and Select All act on the log, and are enabled while it has the keyboard focus. A menu
-// opened by a key takes the focus: then the widget that had it before counts.
+// Copy and Select All act on the log, and are enabled while it has the keyboard focus, Copy only
+// with something selected. A menu opened by a key takes the focus: then the widget that had it
+// before counts.
 #pragma once
 
 #include "interfaces/types.h"
@@ -43,6 +44,8 @@ class MainMenu final : public QObject {
     QPointer<QMenuBar> bar_;
     QPointer<QWidget> focused_; ///< the last that is not a menu
     QList<QAction*> editing_;   ///< of bar_
+    QAction* copy_ = nullptr;   ///< one of them
+    QMetaObject::Connection selecting_;
 };
 
 } // namespace oxlade

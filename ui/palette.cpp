@@ -118,12 +118,10 @@ ButtonColors plainColors(const QPalette& palette, const ButtonState& state) {
         return {ink(scheme, dark ? 0.04 : 0.02), ink(scheme, 0.06),
                 color(SemanticColor::tertiaryLabelColor, scheme)};
     const QColor text = color(SemanticColor::labelColor, scheme);
-    const QColor edge = ink(scheme, dark ? 0.12 : 0.15);
-    if (dark) return {ink(scheme, state.pressed ? 0.22 : state.hovered ? 0.15 : 0.11), edge, text};
-    return {state.pressed   ? QColor{0xE2, 0xE2, 0xE6}
-            : state.hovered ? QColor{0xF6, 0xF6, 0xF8}
-                            : QColor{Qt::white},
-            edge, text};
+    const double lift = state.hovered && !state.pressed ? 0.10 : 0;
+    const QColor edge = ink(scheme, (dark ? 0.12 : 0.15) + lift);
+    if (dark) return {ink(scheme, state.pressed ? 0.22 : state.hovered ? 0.16 : 0.11), edge, text};
+    return {state.pressed ? QColor{0xE2, 0xE2, 0xE6} : QColor{Qt::white}, edge, text};
 }
 
 } // namespace
@@ -222,17 +220,27 @@ ButtonColors buttonColors(const QPalette& palette, const ButtonState& state) {
 SegmentColors segmentColors(const QPalette& palette) {
     const ColorScheme scheme = schemeOf(palette);
     const bool dark = scheme == ColorScheme::dark;
-    return {ink(scheme, dark ? 0.09 : 0.07), dark ? QColor{0x62, 0x62, 0x68} : QColor{Qt::white},
-            ink(ColorScheme::light, dark ? 0.20 : 0.10), color(SemanticColor::labelColor, scheme),
-            color(SemanticColor::secondaryLabelColor, scheme)};
+    const QColor groove = ink(scheme, dark ? 0.09 : 0.07);
+    const QColor thumb = dark ? QColor{0x62, 0x62, 0x68} : QColor{Qt::white};
+    return {groove,
+            thumb,
+            ink(ColorScheme::light, dark ? 0.20 : 0.10),
+            color(SemanticColor::labelColor, scheme),
+            color(SemanticColor::secondaryLabelColor, scheme),
+            over(faded(thumb, 0.5), over(groove, groundColor(scheme)))};
 }
+
+QColor shadowColor(const QColor& ground) { return over(ink(ColorScheme::light, 0.16), ground); }
 
 QColor markColor(const QPalette& palette) {
     return seenOn(cardColor(schemeOf(palette)),
                   palette.color(QPalette::Active, QPalette::Highlight));
 }
 
-QColor progressGrooveColor(const QPalette& palette) { return ink(schemeOf(palette), 0.10); }
+QColor progressGrooveColor(const QPalette& palette, bool failed) {
+    const ColorScheme scheme = schemeOf(palette);
+    return failed ? faded(color(SemanticColor::systemRedColor, scheme), 0.30) : ink(scheme, 0.10);
+}
 
 QColor popupEdgeColor(const QColor& fill, const QPalette& palette) {
     return over(ink(schemeOf(palette), 0.18), fill);

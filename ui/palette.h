@@ -60,13 +60,17 @@ ButtonColors buttonColors(const QPalette& palette, const ButtonState& state);
 
 struct SegmentColors {
     QColor groove, thumb, thumbEdge, chosenText, otherText;
+    QColor liftedThumb; ///< of another segment under the pointer; opaque
 };
 SegmentColors segmentColors(const QPalette& palette);
+
+/// The opaque shadow that a button under the pointer casts on this ground.
+QColor shadowColor(const QColor& ground);
 
 /// The accent as a focus ring or a progress bar on a card.
 QColor markColor(const QPalette& palette);
 /// The part of a progress bar that is not done; translucent.
-QColor progressGrooveColor(const QPalette& palette);
+QColor progressGrooveColor(const QPalette& palette, bool failed = false);
 /// The opaque edge of a menu or a tool tip with this fill.
 QColor popupEdgeColor(const QColor& fill, const QPalette& palette);
 

@@ -7,6 +7,7 @@
 #include <QAccessible>
 #include <QPainter>
 #include <QTextLayout>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
@@ -76,6 +77,10 @@ QStringList LabelView::wrappedLines() const {
 
 /// Some fonts need more height for two lines than the frame has: each gets half of it.
 QRectF LabelView::rowFrame(qsizetype row) const {
+    // The frame whose middle line is that of the capitals when the ascent begins at the top.
+    if (style_.alignment & Qt::AlignTop)
+        return {0, 0, static_cast<double>(width()),
+                2.0 * fontMetrics().ascent() - fontMetrics().capHeight()};
     const double pitch = height() / (style_.truncation == Truncation::twoLines ? 2.0 : 1.0);
     return {0, pitch * static_cast<double>(row), static_cast<double>(width()), pitch};
 }
@@ -97,7 +102,9 @@ void LabelView::paintEvent(QPaintEvent*) {
 }
 
 void QtLabel::setStringValue(std::string_view text) {
-    if (setText(text) && named_ != nullptr) named_->setAccessibleName(this->text());
+    if (!setText(text)) return;
+    if (named_ != nullptr) named_->setAccessibleName(this->text());
+    if (changed_) changed_();
 }
 
 void QtFileLabel::setToolTip(std::string_view text) {
@@ -111,6 +118,9 @@ void QtFileLabel::setToolTip(std::string_view text) {
 
 QString toolTipMarkup(const QString& plain) {
     if (plain.isEmpty()) return {};
+    constexpr int widestLine = 760;
+    if (QFontMetrics{QToolTip::font()}.horizontalAdvance(plain) <= widestLine)
+        return QStringLiteral("<p style=\"white-space:pre\">%1</p>").arg(plain.toHtmlEscaped());
     constexpr qsizetype longestPiece = 48;
     const QString breakHere = QStringLiteral("&#8203;");
     QString body;

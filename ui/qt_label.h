@@ -7,8 +7,10 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace oxlade {
 
@@ -24,6 +26,7 @@ struct TextStyle {
     QFont::Weight weight = QFont::Normal;
     SemanticColor color = SemanticColor::labelColor;
     Truncation truncation = Truncation::tail;
+    /// AlignTop: the letters stand at the top of the frame, else in its middle.
     Qt::Alignment alignment = Qt::AlignLeft;
     bool tabularDigits = false; ///< every digit as wide as the widest
     bool quiet = false;         ///< screen readers are not told of each new text
@@ -68,9 +71,12 @@ class QtLabel final : public LabelView, public Label {
     /// Makes this label's text, now and later, the accessible name of the widget, which must
     /// outlive the label's last text.
     void nameWidget(QWidget& widget) { named_ = &widget; }
+    /// Calls it after each new text.
+    void whenTextChanges(std::function<void()> action) { changed_ = std::move(action); }
 
   private:
     QWidget* named_ = nullptr;
+    std::function<void()> changed_;
 };
 
 class QtFileLabel final : public LabelView, public FileLabel {
@@ -87,7 +93,8 @@ class QtFileLabel final : public LabelView, public FileLabel {
     QString plainToolTip_;
 };
 
-/// The rich text that shows this plain text and can break after each slash and within long
+/// The rich text that shows this plain text: one line if that is narrower than the window,
+/// which a path of about 100 characters is; else it can break after each slash and within long
 /// names, at zero width spaces.
 QString toolTipMarkup(const QString& plain);
 

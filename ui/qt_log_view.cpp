@@ -1,8 +1,11 @@
 #include "ui/qt_log_view.h"
 
+#include "i18n/string_table.h"
 #include "ui/fonts.h"
 #include "ui/interface_style.h"
 #include "ui/palette.h"
+#include "ui/qt_button.h"
+#include "ui/row_layout.h"
 #include "ui/text.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -11,6 +14,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
@@ -26,23 +30,13 @@ namespace oxlade {
 namespace {
 
 constexpr int inset = 10;
-/// The part of the inset that is the document's own margin. The scroll range counts it twice
-/// at the end: it must be less than half of the space below the text.
-constexpr int margin = 4;
+/// A letter is lower than its row and ends where the row ends: rows begin this much below the
+/// grid of the layout, so that the letters are in their middle.
+constexpr int rowShift = 2;
 constexpr int frameMilliseconds = 16;
 constexpr int sliceMilliseconds = 10;
 constexpr qsizetype flood = 8 * qsizetype{1024};
 constexpr qsizetype shortestPiece = 2 * qsizetype{1024}, longestPiece = 64 * qsizetype{1024};
-
-/// The height of a line, rounded as the layout rounds it.
-double rowHeight(const QFont& font) {
-    QTextLayout layout{QStringLiteral("x"), font};
-    layout.beginLayout();
-    QTextLine line = layout.createLine();
-    line.setLeadingIncluded(true);
-    layout.endLayout();
-    return line.height();
-}
 
 std::optional<QAbstractSlider::SliderAction> actionOf(int key) {
     switch (key) {
@@ -82,6 +76,11 @@ bool extendsSelection(const QKeyEvent& event) {
 } // namespace
 
 QtLogView::QtLogView(QWidget* parent) : QPlainTextEdit{parent}, pieceLength_{flood} {
+    auto* rows = new QTextDocument{this};
+    rows->setDocumentLayout(new RowLayout{rows});
+    rows->setDocumentMargin(0);
+    setDocument(rows);
+    setCursorWidth(0); // no caret where nothing can be typed
     // Qt's own menu would not be in the window's language.
     verticalScrollBar()->setContextMenuPolicy(Qt::PreventContextMenu);
     // Always there: all lines would be wrapped again when it appears.
@@ -94,7 +93,6 @@ QtLogView::QtLogView(QWidget* parent) : QPlainTextEdit{parent}, pieceLength_{flo
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setFrameShape(QFrame::NoFrame);
     viewport()->setAutoFillBackground(false);
-    document()->setDocumentMargin(margin);
     setTabChangesFocus(true);
     nextSlice_.setSingleShot(true);
     connect(&nextSlice_, &QTimer::timeout, this, [this] { takeSlice(sliceMilliseconds); });
@@ -162,9 +160,8 @@ void QtLogView::insert(LogText::Lines lines) {
 /// Estimates the height of blocks that have not been laid out yet, for the scroll range. The
 /// layout corrects it when they become visible.
 void QtLogView::estimateRows(QTextBlock block) {
-    const double width = viewport()->width() - 2 * margin;
-    const auto columns =
-        static_cast<qsizetype>(width / std::max(1.0, QFontMetricsF{font()}.averageCharWidth()));
+    const auto columns = static_cast<qsizetype>(
+        viewport()->width() / std::max(1.0, QFontMetricsF{font()}.averageCharWidth()));
     for (; block.isValid(); block = block.next()) {
         int rows = 0;
         const QString text = block.text();
@@ -197,11 +194,61 @@ void QtLogView::announce() {
 
 void QtLogView::paintEvent(QPaintEvent* event) {
     painted_ = true;
+    paintSelection();
     QPlainTextEdit::paintEvent(event);
 }
 
-/// Qt's own menu would not be in the window's language.
-void QtLogView::contextMenuEvent(QContextMenuEvent* event) { event->accept(); }
+/// Fills the rows of the selection: Qt paints it no higher than letters are.
+void QtLogView::paintSelection() {
+    const QTextCursor cursor = textCursor();
+    if (!cursor.hasSelection()) return;
+    QPainter painter{viewport()};
+    const QBrush& fill = palette().highlight();
+    double top = contentOffset().y() + rowShift;
+    for (QTextBlock block = firstVisibleBlock(); block.isValid() && top < viewport()->height();
+         block = block.next()) {
+        const double height = blockBoundingRect(block).height(); // lays the block out
+        for (int row = 0; row < block.layout()->lineCount(); ++row) {
+            const QTextLine line = block.layout()->lineAt(row);
+            const int from = std::max(cursor.selectionStart() - block.position(), line.textStart());
+            const int to = std::min(cursor.selectionEnd() - block.position(),
+                                    line.textStart() + line.textLength());
+            if (from >= to) continue;
+            const QPointF start{line.cursorToX(from), top + rowPitch * row};
+            const QSizeF size{line.cursorToX(to) - start.x(), rowPitch};
+            painter.fillRect(QRectF{start, size}.normalized(), fill);
+        }
+        top += height;
+    }
+}
+
+/// A place between two rows counts as one in the letters of the nearer.
+bool QtLogView::viewportEvent(QEvent* event) {
+    const auto* mouse = event->isPointerEvent() ? dynamic_cast<QMouseEvent*>(event) : nullptr;
+    if (mouse == nullptr || !viewport()->rect().contains(mouse->position().toPoint()))
+        return QPlainTextEdit::viewportEvent(event);
+    QPointF at = mouse->position();
+    const double row = std::max(0.0, std::floor((at.y() - rowShift) / rowPitch));
+    at.setY(rowPitch * row + rowPitch * 0.7);
+    QMouseEvent inRow{mouse->type(),          at,
+                      mouse->scenePosition(), mouse->globalPosition(),
+                      mouse->button(),        mouse->buttons(),
+                      mouse->modifiers(),     mouse->pointingDevice()};
+    const bool handled = QPlainTextEdit::viewportEvent(&inRow);
+    event->setAccepted(inRow.isAccepted());
+    return handled;
+}
+
+void QtLogView::contextMenuEvent(QContextMenuEvent* event) {
+    auto* menu = new QMenu{this};
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [&](const char* key, auto action) {
+        return menu->addAction(withoutMnemonic(toQString(L(key))), this, action);
+    };
+    add("menu.copy", &QtLogView::copySelection)->setEnabled(hasSelection());
+    add("menu.selectAll", &QtLogView::selectEverything);
+    menu->popup(event->globalPos());
+}
 
 /// With Ctrl, Qt would zoom the text.
 void QtLogView::wheelEvent(QWheelEvent* event) {
@@ -214,16 +261,11 @@ void QtLogView::resizeEvent(QResizeEvent* event) {
     fitRows();
 }
 
-/// Text scrolls by whole rows, counted from the top. The space that is left is shared between
-/// the top and the bottom, so that the last rows are whole, too.
+/// Text scrolls by whole rows: the viewport has room for as many as are wholly seen.
 void QtLogView::fitRows() {
-    const double row = rowHeight(font());
-    constexpr int leastFoot = 2 * margin + 1;
-    const int height = this->height() + margin;
-    const int rows = std::max(1, static_cast<int>((height - 2 * leastFoot + 1) / row));
-    const int spare = static_cast<int>(std::floor(height - rows * row));
-    const int foot = std::max(leastFoot, spare / 2);
-    setViewportMargins(inset - margin, std::max(0, spare - foot - margin), 0, 0);
+    const int rows = std::max(1, (height() - 2 * inset) / rowPitch);
+    const int top = inset - rowShift, content = rowShift + rows * rowPitch;
+    setViewportMargins(inset, top, 0, std::max(0, height() - top - content));
 }
 
 /// Where the view's caret is for toEnd_.
@@ -262,10 +304,13 @@ void QtLogView::setSelection(qsizetype viewAnchor, qsizetype viewCaret) {
     setTextCursor(cursor);
 }
 
-void QtLogView::copySelection() {
+bool QtLogView::hasSelection() const {
     const Selection selected = selection();
-    if (selected.anchor != selected.caret)
-        QApplication::clipboard()->setMimeData(createMimeDataFromSelection());
+    return selected.anchor != selected.caret;
+}
+
+void QtLogView::copySelection() {
+    if (hasSelection()) QApplication::clipboard()->setMimeData(createMimeDataFromSelection());
 }
 
 void QtLogView::selectEverything() {
@@ -293,7 +338,7 @@ void QtLogView::keyPressEvent(QKeyEvent* event) {
 
 /// A selection begun by a key begins with the first visible line.
 void QtLogView::selectFromFirstVisible() {
-    if (textCursor().hasSelection() || viewport()->rect().intersects(cursorRect())) return;
+    if (textCursor().hasSelection() || viewport()->rect().contains(cursorRect().topLeft())) return;
     setTextCursor(cursorForPosition({0, 0}));
 }
 

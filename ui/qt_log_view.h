@@ -40,6 +40,8 @@ class QtLogView final : public QPlainTextEdit, public LogView {
     /// Selects within what is in the view already.
     void select(const Selection& selection);
 
+    /// Whether Copy has anything to copy. copyAvailable is emitted when it changes.
+    bool hasSelection() const;
     /// Copies nothing if nothing is selected.
     void copySelection();
     /// Selects all the text of this moment, also what is not in the view yet.
@@ -49,10 +51,12 @@ class QtLogView final : public QPlainTextEdit, public LogView {
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    /// Copy and Select All, in the window's language.
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
     QMimeData* createMimeDataFromSelection() const override;
 
   private:
@@ -67,6 +71,7 @@ class QtLogView final : public QPlainTextEdit, public LogView {
     void selectFromFirstVisible();
     void selectLineAt(const QPoint& at);
     void fitRows();
+    void paintSelection();
     qsizetype viewEnd() const;
 
     /// A selection from a position of the view to the end that the text had then.

@@ -10,15 +10,33 @@
 #include <algorithm>
 
 namespace oxlade {
+namespace {
+
+/// Only the chosen one is reached by Tab.
+class Segment final : public QRadioButton {
+  public:
+    using QRadioButton::QRadioButton;
+    void updateTabStop() { setFocusPolicy(isChecked() ? Qt::StrongFocus : Qt::ClickFocus); }
+
+  protected:
+    void focusInEvent(QFocusEvent* event) override {
+        QRadioButton::focusInEvent(event); // makes the one with the focus the Tab stop
+        updateTabStop();
+    }
+};
+
+} // namespace
 
 QtSegmentedControl::QtSegmentedControl(const QStringList& titles, int chosen,
                                        const std::function<void()>& action, QWidget* parent)
     : QWidget{parent} {
     for (const QString& title : titles) {
-        auto* segment = segments_.emplace_back(new QRadioButton{title, this});
+        auto* segment = new Segment{title, this};
+        segments_.push_back(segment);
         segment->setFont(interfaceFont(13));
-        segment->setFocusPolicy(Qt::StrongFocus);
         segment->setChecked(static_cast<int>(segments_.size()) - 1 == chosen);
+        segment->updateTabStop();
+        connect(segment, &QRadioButton::toggled, segment, &Segment::updateTabStop);
         connect(segment, &QRadioButton::clicked, this, action);
     }
 }

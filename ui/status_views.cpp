@@ -36,6 +36,12 @@ void QtProgressIndicator::setDoubleValue(double value) {
     QAccessible::updateAccessibility(&event);
 }
 
+void QtProgressIndicator::setFailed(bool failed) {
+    if (failed == failed_) return;
+    failed_ = failed;
+    update();
+}
+
 void QtProgressIndicator::paintEvent(QPaintEvent*) {
     constexpr double thickness = 6;
     QPainter painter{this};
@@ -46,9 +52,10 @@ void QtProgressIndicator::paintEvent(QPaintEvent*) {
                              thickness / 2);
         painter.fillPath(shape, fill);
     };
-    fillBar(width(), progressGrooveColor(palette()));
-    if (value_ > minimum)
-        fillBar(std::max(thickness, width() * value_ / maximum), markColor(palette()));
+    fillBar(width(), progressGrooveColor(palette(), failed_));
+    const QColor done =
+        failed_ ? color(SemanticColor::systemRedColor, palette()) : markColor(palette());
+    if (value_ > minimum) fillBar(std::max(thickness, width() * value_ / maximum), done);
 }
 
 } // namespace oxlade

@@ -29,12 +29,15 @@ class QtProgressIndicator final : public QWidget, public ProgressIndicator {
 
     void setDoubleValue(double value) override;
     double doubleValue() const { return value_; }
+    /// Shows the bar in the system's red: the run that it belongs to has failed.
+    void setFailed(bool failed);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
     double value_ = minimum;
+    bool failed_ = false;
 };
 
 } // namespace oxlade

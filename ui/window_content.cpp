@@ -119,7 +119,9 @@ void WindowContent::buildFirmwareCard(const WindowActions& actions) {
     auto* caption = makeCaption(card, "firmwareCaptionLabel", {16, 48, 190, 14});
     caption->nameWidget(card);
     controls_.firmwareCaptionLabel = caption;
-    const TextStyle style{.weight = QFont::Medium, .truncation = Truncation::middle};
+    const TextStyle style{.weight = QFont::Medium,
+                          .truncation = Truncation::middle,
+                          .alignment = Qt::AlignLeft | Qt::AlignTop}; // nearer the buttons' titles
     controls_.firmwareLabel =
         placed(new QtFileLabel{style, &card}, "firmwareLabel", {16, 18, 190, 20});
     controls_.builtinButton =
@@ -139,6 +141,9 @@ void WindowContent::buildProgressCard(const WindowActions& actions) {
     controls_.operationLabel = operation;
     auto* progress = control(placed(new QtProgressIndicator{&card}, "progress", {16, 22, 520, 20}));
     operation->nameWidget(*progress);
+    operation->whenTextChanges([operation, progress] {
+        progress->setFailed(operation->text() == toQString(L("op.error")));
+    });
     controls_.progress = progress;
     auto* install = button(card, "installButton", {552, 22, 148, 40}, actions.installFirmware);
     install->setDefault(true);
@@ -173,21 +178,13 @@ void WindowContent::paintEvent(QPaintEvent*) {
     if (showsKeyboardFocus(*logView_))
         drawFocusRing(painter, logScrollView_->geometry(), panelRadius, palette());
     if (showsKeyboardFocus(*websiteLink_))
-        drawFocusRing(painter, websiteLink_->geometry(), 2, palette());
+        // Narrower, for the dot before it.
+        drawFocusRing(painter, websiteLink_->geometry().adjusted(1, 0, 0, 0), 2, palette());
 }
 
 void WindowContent::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) pressedAt_ = event->globalPosition().toPoint();
+    // Not at the first movement: the window manager counts from where the pointer is by then.
+    if (event->button() == Qt::LeftButton) window()->windowHandle()->startSystemMove();
 }
-
-void WindowContent::mouseMoveEvent(QMouseEvent* event) {
-    if (!pressedAt_) return;
-    const QPoint moved = event->globalPosition().toPoint() - *pressedAt_;
-    if (moved.manhattanLength() < QApplication::startDragDistance() / 2) return;
-    pressedAt_.reset();
-    window()->windowHandle()->startSystemMove();
-}
-
-void WindowContent::mouseReleaseEvent(QMouseEvent*) { pressedAt_.reset(); }
 
 } // namespace oxlade

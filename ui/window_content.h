@@ -3,13 +3,11 @@
 
 #include "interfaces/user_interface.h"
 
-#include <QPoint>
 #include <QRect>
 #include <QSize>
 #include <QWidget>
 
 #include <functional>
-#include <optional>
 #include <string>
 
 class QPushButton;
@@ -48,8 +46,6 @@ class WindowContent final : public QWidget {
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
     /// Draws the focus rings that have no room within their controls.
     void paintEvent(QPaintEvent* event) override;
 
@@ -65,7 +61,6 @@ class WindowContent final : public QWidget {
     LogScrollView* logScrollView_ = nullptr; ///< this and the next two are children
     QtLogView* logView_ = nullptr;
     QPushButton* websiteLink_ = nullptr;
-    std::optional<QPoint> pressedAt_; ///< on the screen; set while a drag can begin
 };
 
 } // namespace oxlade

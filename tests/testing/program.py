@@ -257,8 +257,7 @@ class Program:
             return [now - then for now, then in zip(self.screen.size(self.window), start)]
 
         def arrived() -> bool:
-            # The window manager counts from a few pixels after the press.
-            return all(abs(moved - wanted) <= 12 for moved, wanted in zip(moved_by(), by))
+            return moved_by() == list(by)
         self.screen.drag(x + width // 2, y + height // 2, *by,
                          begun=lambda: not moves or any(moved_by()),
                          arrived=lambda: not moves or arrived())

@@ -204,6 +204,24 @@ TEST_P(PaintingTest, AButtonShowsWhetherItIsPressed) {
         << "drawn inside its frame";
 }
 
+TEST_P(PaintingTest, UnderThePointerAControlIsRaisedAndNotFaded) {
+    const QColor card = cardColor(GetParam()), ground = groundColor(GetParam());
+    const auto strongest = [&](QWidget& widget, const QColor& below) {
+        return contrast(inkIn(picture(), frame(&widget), below), below);
+    };
+    for (QWidget* widget : {static_cast<QWidget*>(widgets().checkButton),
+                            static_cast<QWidget*>(widgets().websiteLink),
+                            widgets().languageControl->childAt(75, 12)}) {
+        const QColor below = widget == widgets().checkButton ? card : ground;
+        const double before = strongest(*widget, below);
+        const QImage plain = picture();
+        widget->setAttribute(Qt::WA_UnderMouse);
+        EXPECT_NE(picture(), plain);
+        EXPECT_GE(strongest(*widget, below), before);
+        widget->setAttribute(Qt::WA_UnderMouse, false);
+    }
+}
+
 TEST_P(PaintingTest, TheDefaultButtonIsFilledWithTheAccent) {
     makeReady();
     const QRect at = frame(widgets().installButton);

@@ -79,6 +79,9 @@ TEST_F(MenuTest, CopyAndSelectAllNeedTheLogToHaveTheKeyboard) {
     const auto disabled = [&] { return !item(1, 0)->isEnabled() && !item(1, 1)->isEnabled(); };
     EXPECT_TRUE(disabled());
     program.widgets().logView->setFocus();
+    EXPECT_FALSE(item(1, 0)->isEnabled()) << "nothing is selected";
+    EXPECT_TRUE(item(1, 1)->isEnabled());
+    program.widgets().logView->selectEverything();
     EXPECT_TRUE(enabled());
     program.widgets().checkButton->setFocus();
     EXPECT_TRUE(disabled());

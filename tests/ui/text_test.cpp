@@ -21,12 +21,6 @@ TEST(Text, NulsBecomeVisible) {
     EXPECT_EQ(withVisibleNuls(toQString("a\0b"sv)), QStringLiteral("a\u2400b"));
 }
 
-TEST(Text, ALeadingByteOrderMarkIsACharacterLikeAnyOther) {
-    const QString text = toQString("\xEF\xBB\xBFx"sv);
-    ASSERT_EQ(text.size(), 2);
-    EXPECT_EQ(text.at(0), QChar(0xFEFF));
-}
-
 TEST(Text, InvalidBytesAreReplacedAndTheRestIsKept) {
     EXPECT_EQ(toQString("a\xFF"
                         "b"sv),

@@ -1,5 +1,6 @@
 // The place, font and colour of every control.
 #include "tests/ui/program.h"
+#include "ui/palette.h"
 
 #include <cmath>
 
@@ -106,7 +107,8 @@ TEST_F(LayoutTest, EveryTextHasItsFontColourAndTruncation) {
         EXPECT_EQ(label->font().weight(), text.weight) << text.name;
         EXPECT_EQ(label->style().color, text.color) << text.name;
         EXPECT_EQ(label->style().truncation, text.truncation) << text.name;
-        EXPECT_EQ(label->style().alignment, isPercent ? Qt::AlignRight : Qt::AlignLeft);
+        EXPECT_EQ(label->style().alignment & Qt::AlignHorizontal_Mask,
+                  isPercent ? Qt::AlignRight : Qt::AlignLeft);
         EXPECT_EQ(label->style().tabularDigits, isPercent);
     }
     for (const QWidget* widget : {find("websiteLink"), find("logView")}) {
@@ -186,11 +188,43 @@ TEST(CreditLine, ShowsTheVersionIfThereIsOneAndIsCentred) {
     }
 }
 
-TEST(LanguageControl, ShowsTheLanguageChosenAtStart) {
+TEST_F(LayoutTest, TheFileNameIsNearTheTitlesBesideItAndWithinItsFrame) {
+    const QtFileLabel& label = *widgets().firmwareLabel;
+    EXPECT_EQ(label.baselineOfRow(0), label.fontMetrics().ascent());
+}
+
+TEST_F(LayoutTest, TheBarIsRedAfterAFailedFlashUntilTheNextRun) {
+    const QColor red = color(systemRedColor, program.window().palette());
+    const auto isRed = [&] { return pictureOf(*widgets().progress).pixelColor(5, 10) == red; };
     for (const std::int64_t language : {0, 1}) {
+        CurrentLanguage = language;
+        widgets().progress->setDoubleValue(63);
+        program.delegate->setOperation("op.error", -1);
+        EXPECT_TRUE(isRed());
+        program.delegate->setOperation("op.checking", -1);
+        EXPECT_FALSE(isRed());
+    }
+    CurrentLanguage = 0;
+}
+
+TEST(LanguageControl, ShowsTheLanguageChosenAtStartWhichIsItsOnlyTabStop) {
+    for (const int language : {0, 1}) {
         Program program{language};
         program.start();
-        EXPECT_EQ(program.widgets().languageControl->selectedSegment(), language);
+        const QtSegmentedControl& control = *program.widgets().languageControl;
+        const auto isTabStop = [&](int segment) {
+            return (control.childAt(25 + 50 * segment, 12)->focusPolicy() & Qt::TabFocus) != 0;
+        };
+        EXPECT_EQ(control.selectedSegment(), language);
+        EXPECT_TRUE(isTabStop(language));
+        EXPECT_FALSE(isTabStop(1 - language));
+        // As a press that is released outside.
+        control.childAt(25 + 50 * (1 - language), 12)->setFocus(Qt::MouseFocusReason);
+        EXPECT_TRUE(isTabStop(language));
+        EXPECT_FALSE(isTabStop(1 - language));
+        QTest::mouseClick(control.childAt(25 + 50 * (1 - language), 12), Qt::LeftButton);
+        EXPECT_TRUE(isTabStop(1 - language));
+        EXPECT_FALSE(isTabStop(language));
     }
 }
 

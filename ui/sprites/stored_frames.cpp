@@ -6,6 +6,7 @@
 #include "ui/sprites/wait_girl_art.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace oxlade {
 namespace {
@@ -16,21 +17,50 @@ constexpr bool isGoodFrame(SpriteBytes stored) {
     return readSpriteSize(stored) == pictureSize && followsStorageRule(stored);
 }
 
-template <const std::string_view& art>
+constexpr std::size_t artSize = 1 + (pictureWidth + 1) * pictureHeight;
+using Art = std::array<char, artSize>;
+
+/// The idle still with the parts over it, in their order.
+constexpr Art artOf(std::initializer_list<ArtPart> parts) {
+    static_assert(idleArt.size() == artSize, "the idle still has the wrong size");
+    Art art{};
+    std::copy(idleArt.begin(), idleArt.end(), art.begin());
+    for (const ArtPart& part : parts) {
+        std::size_t row = part.row, column = part.column;
+        for (const char pixel : part.art.substr(1)) {
+            if (pixel != '\n') {
+                art.at(1 + row * (pictureWidth + 1) + column++) = pixel;
+                continue;
+            }
+            ++row;
+            column = part.column;
+        }
+    }
+    return art;
+}
+
+template <const Art& art>
 constexpr auto storedFrame() {
-    constexpr auto encoded = encodeArt<pictureSize>(art);
+    constexpr auto encoded = encodeArt<pictureSize>({art.data(), art.size()});
     static_assert(isGoodArt<encoded.fault>());
     std::array<std::uint8_t, encoded.encoder.bytes().size()> frame{};
     for (std::size_t at = 0; at < frame.size(); ++at) frame[at] = encoded.encoder.bytes()[at];
     return frame;
 }
 
-constexpr auto wait_girl_frame_0 = storedFrame<waitGirlArt0>();
-constexpr auto wait_girl_frame_1 = storedFrame<waitGirlArt1>();
-constexpr auto wait_girl_frame_2 = storedFrame<waitGirlArt2>();
-constexpr auto wait_girl_frame_3 = storedFrame<waitGirlArt3>();
-constexpr auto wait_girl_frame_4 = storedFrame<waitGirlArt4>();
-constexpr auto wait_girl_frame_5 = storedFrame<waitGirlArt5>();
+constexpr Art art0 = artOf({});
+constexpr Art art1 = artOf({raisedFootArt, halfBubbleArt});
+constexpr Art art2 = artOf({bubbleArt});
+constexpr Art art3 = artOf({raisedFootArt, balloonArt, pleaseArt});
+constexpr Art art4 = artOf({balloonArt, pleaseArt, waitArt});
+constexpr Art art5 = artOf({raisedFootArt, balloonArt, pleaseArt, waitArt});
+
+constexpr auto wait_girl_frame_0 = storedFrame<art0>();
+constexpr auto wait_girl_frame_1 = storedFrame<art1>();
+constexpr auto wait_girl_frame_2 = storedFrame<art2>();
+constexpr auto wait_girl_frame_3 = storedFrame<art3>();
+constexpr auto wait_girl_frame_4 = storedFrame<art4>();
+constexpr auto wait_girl_frame_5 = storedFrame<art5>();
 
 } // namespace
 

@@ -103,4 +103,16 @@ inline PicturePlace placePicture(const PictureRect& bounds) {
              std::floor(bounds.y + bounds.height / 2 - height / 2), width, height}};
 }
 
+/// The device pixels of the picture, counted from the view's lower left corner, with `ratio` of
+/// them to a point: the largest whole number of them for each pixel that stays within the
+/// target, centred in it. Exactly the target where scale * ratio is a whole number.
+inline PictureRect pixelsOf(const PicturePlace& place, double ratio) {
+    const double size = std::max(1.0, std::floor(place.scale * ratio));
+    const double width = pictureWidth * size;
+    const double height = pictureHeight * size;
+    const PictureRect& target = place.target;
+    return {std::floor((target.x + target.width / 2) * ratio - width / 2),
+            std::floor((target.y + target.height / 2) * ratio - height / 2), width, height};
+}
+
 } // namespace oxlade

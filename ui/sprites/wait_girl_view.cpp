@@ -28,14 +28,13 @@ std::vector<QImage> decodedFrames() {
     return images;
 }
 
-/// The rectangle of the picture in a view of that size, y downwards.
-QRect placeIn(const QSize& view) {
-    const PictureRect target =
-        placePicture({0, 0, static_cast<double>(view.width()), static_cast<double>(view.height())})
-            .target;
-    const QRectF flipped{target.x, view.height() - target.y - target.height, target.width,
-                         target.height};
-    return flipped.toRect();
+/// The rectangle of the picture in a view of that size in points: in device pixels, of which
+/// `ratio` make a point, y downwards.
+QRect placeIn(const QSizeF& view, double ratio) {
+    const PicturePlace place = placePicture({0, 0, view.width(), view.height()});
+    const PictureRect pixels = pixelsOf(place, ratio);
+    const double top = std::floor(view.height() * ratio) - pixels.y - pixels.height;
+    return QRectF{pixels.x, top, pixels.width, pixels.height}.toRect();
 }
 
 } // namespace
@@ -85,7 +84,9 @@ void WaitGirlView::paintEvent(QPaintEvent*) {
     if (frameIndex() >= frames_.size()) return;
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.drawImage(placeIn(size()), frames_[frameIndex()]);
+    const double ratio = painter.deviceTransform().m11();
+    painter.scale(1 / ratio, 1 / ratio);
+    painter.drawImage(placeIn(size(), ratio), frames_[frameIndex()]);
 }
 
 } // namespace oxlade

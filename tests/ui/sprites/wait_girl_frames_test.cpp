@@ -86,7 +86,7 @@ TEST(WaitGirlFrames, TheFirstBubbleTouchesThePanelAtHeadHeightAndTheSecondIsLarg
 }
 
 TEST(WaitGirlFrames, TheSecondLineIsAddedToTheBalloon) {
-    const auto secondLine = [](Point p) { return p.x > 6 && p.x < 54 && p.y >= 20 && p.y < 34; };
+    const auto secondLine = [](Point p) { return p.x > 4 && p.x < 50 && p.y >= 20 && p.y < 34; };
     const auto rest = [&](Point p) { return isBalloonSide(p) && !secondLine(p); };
     EXPECT_EQ(darkIn(3, secondLine), 0);
     EXPECT_GT(darkIn(4, secondLine), 0);
