@@ -164,7 +164,7 @@ class Finder:
         elif cursor.kind == K.CHARACTER_LITERAL:
             if text.startswith("'"):
                 self.add(start(cursor), end(cursor), f'static_cast<char>({text} + 1)')
-        elif text[0].isdigit():
+        elif text[:1].isdigit():
             self.add(start(cursor), end(cursor), f'({text} + 1)')
             if cursor.kind == K.INTEGER_LITERAL and not re.fullmatch('0+[uUlL]*', text):
                 self.add(start(cursor), end(cursor), f'({text} - 1)')

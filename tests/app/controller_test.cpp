@@ -190,24 +190,6 @@ TEST_F(Controller, StoringAChunkDoesNotCopyTheEarlierOnes) {
     EXPECT_EQ(delegate->taskOutput().size(), 1001U);
 }
 
-TEST_F(Controller, InvalidUtf8IsShownAsLatin1) {
-    start();
-    delegate->checkDevice();
-    print("caf\xE9 \xD0");
-    print("\x9F");
-    EXPECT_TRUE(controls.logView.text.ends_with("café \u00D0\u009F"));
-}
-
-TEST_F(Controller, ALineInTwoChunksIsTwoFragments) {
-    start();
-    delegate->checkDevice();
-    print("Write 4");
-    EXPECT_EQ(controls.percentLabel.text, "4%");
-    print("2%\n");
-    EXPECT_EQ(controls.percentLabel.text, "4%");
-    EXPECT_TRUE(controls.logView.text.ends_with("Write 42%\n"));
-}
-
 TEST_F(Controller, AnEmptyChunkOrTextDoesNothing) {
     start();
     delegate->checkDevice();
@@ -218,6 +200,38 @@ TEST_F(Controller, AnEmptyChunkOrTextDoesNothing) {
     delegate->appendLog("");
     EXPECT_EQ(trace.take(), "");
     EXPECT_TRUE(delegate->taskOutput().empty());
+}
+
+TEST_F(Controller, TheGeometryIsStoredWithoutARefresh) {
+    start();
+    delegate->parseProgressFromText("  Flash geometry: 8 sectors \n");
+    EXPECT_EQ(delegate->deviceGeometry(), "Flash geometry: 8 sectors");
+    EXPECT_EQ(trace.take(), "");
+}
+
+TEST_F(Controller, EachReportOfAChunkIsAppliedWithARefreshOfItsOwn) {
+    start();
+    delegate->parseProgressFromText("Erase 1%\nErase 1%\nother\n\nWrite 10%");
+    EXPECT_EQ(trace.take(), R"(progress 0.5
+refreshTexts
+  operationLabel "Erasing flash"
+  percentLabel "1%"
+progress 0.5
+refreshTexts
+progress 55
+refreshTexts
+  operationLabel "Writing OS"
+  percentLabel "10%"
+)");
+}
+
+TEST_F(Controller, ReportsCountInADeviceCheckToo) {
+    start();
+    delegate->checkDevice();
+    print("Write 10%\nOS upload complete\n");
+    EXPECT_EQ(delegate->operationKey(), "op.done");
+    exit(0);
+    EXPECT_EQ(controls.progress.value, 100) << "a check leaves the bar as it is";
 }
 
 TEST_F(Controller, JobsOfARunAreHandledInTheirOrderAlsoAfterItsEnd) {
@@ -338,13 +352,6 @@ TEST_F(Controller, ARefreshMakesOneQueryAndASecondOneChangesNothing) {
     delegate->refreshTexts();
     EXPECT_EQ(files.sizeQueries, 1);
     EXPECT_EQ(files.resourceQueries, 1);
-}
-
-TEST_F(Controller, AnImageThatVanishedShowsItsNameAndNoSize) {
-    start();
-    files.files.erase(bundledImage);
-    delegate->refreshTexts();
-    EXPECT_EQ(controls.firmwareLabel.text, "mpcv171.bin  ·  0.0 MB");
 }
 
 TEST_F(Controller, AnUnknownDeviceStateLeavesTheTextsOfTheDevice) {

@@ -160,15 +160,6 @@ TEST_F(OrderTraces, CheckWithTheHelperMissing) {
 )" + checkFails + "updateButtons: checkButton chooseButton builtinButton\n");
 }
 
-TEST_F(OrderTraces, CheckWithAHelperThatMayNotBeExecuted) {
-    files.files[bundledHelper].executable = false;
-    files.files["/home/user/oxlade"].executable = false;
-    start();
-    delegate->checkDevice();
-    EXPECT_EQ(trace.take(), checkStarts + R"(log "Helper not found: /home/user/oxlade\n"
-)" + checkFails + "updateButtons: checkButton chooseButton builtinButton\n");
-}
-
 TEST_F(OrderTraces, CheckWhoseLaunchIsRefused) {
     processes.launchError = "Exec format error";
     start();
@@ -260,25 +251,6 @@ TEST_F(OrderTraces, FlashWithTheHelperMissing) {
     EXPECT_EQ(trace.take(),
               confirmation + flashStarts + R"(log "Helper not found: /home/user/oxlade\n"
 )" + flashFails + R"(updateButtons: checkButton chooseButton builtinButton installButton
-)" + flashFailed);
-}
-
-TEST_F(OrderTraces, FlashWhoseLaunchIsRefused) {
-    startReady();
-    processes.launchError = "Permission denied";
-    delegate->installFirmware();
-    EXPECT_EQ(
-        trace.take(),
-        confirmation + flashStarts +
-            R"(log "$ oxlade --firmware /apps/Oxlade.app/Contents/Resources/mpcv171.bin --yes\n"
-process /apps/Oxlade.app/Contents/MacOS/oxlade [--firmware] [/apps/Oxlade.app/Contents/Resources/mpcv171.bin] [--yes]
-updateButtons:
-launch refused
-reading callback removed
-log "Could not start the helper: Permission denied\n"
-)" + flashFails +
-            R"(log "Process exited with code -1.\n"
-updateButtons: checkButton chooseButton builtinButton installButton
 )" + flashFailed);
 }
 
