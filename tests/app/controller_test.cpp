@@ -336,9 +336,22 @@ TEST_F(Controller, EverySegmentButTheSecondIsEnglishAndIsStored) {
     EXPECT_EQ(controls.logView.text, log) << "lines in the log keep their language";
 }
 
-TEST_F(Controller, TheLinkOpensTheWebsite) {
-    delegate->openWebsite();
-    EXPECT_EQ(trace.take(), "open https://oxlade.example/\n");
+TEST_F(Controller, EachActionOfTheWindowDoesAsItsNameSays) {
+    startReady();
+    dialogs.answerFirst = false;
+    const auto& actions = interface.actions;
+    const std::vector<std::pair<std::function<void()>, std::string>> expected{
+        {actions.useBundledFirmware, "log \"Firmware selected"},
+        {actions.chooseFirmware, "open panel"},
+        {actions.installFirmware, "critical alert"},
+        {actions.languageChanged, "store InterfaceLanguage"},
+        {actions.openWebsite, "open https://oxlade.example/\n"},
+        {actions.checkDevice, "progress 0\n"},
+    };
+    for (const auto& [act, effect] : expected) {
+        act();
+        EXPECT_TRUE(trace.take().starts_with(effect)) << effect;
+    }
 }
 
 TEST_F(Controller, ARefreshMakesOneQueryAndASecondOneChangesNothing) {

@@ -3,45 +3,17 @@
 #include "tests/testing/fixture.h"
 #include "tests/testing/run_model.h"
 
-#include <filesystem>
-#include <fstream>
 #include <random>
 
 namespace oxlade::test {
 
 using namespace std::string_view_literals;
 
-namespace {
-
-using Chunks = std::vector<std::string>;
-
-/// A recorded run: each chunk as it was read, after a line with its length.
-Chunks recorded(const std::filesystem::path& file) {
-    std::ifstream stream{file, std::ios::binary};
-    Chunks chunks;
-    for (std::string length; std::getline(stream, length);) {
-        std::string chunk(std::stoul(length), '\0');
-        stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
-        chunks.push_back(std::move(chunk));
-        stream.ignore(); // the line feed behind it
-    }
-    return chunks;
-}
-
-std::vector<Chunks> recordedRuns() {
-    std::vector<Chunks> runs;
-    for (const auto& entry : std::filesystem::directory_iterator{OXLADE_RECORDED_RUNS})
-        runs.push_back(recorded(entry.path()));
-    return runs;
-}
-
-} // namespace
-
 class Replay : public ControllerTest {
   protected:
     Replay() { startReady(); }
 
-    void play(const Chunks& chunks) {
+    void play(const std::vector<std::string>& chunks) {
         delegate->setDeviceGeometry({});
         delegate->installFirmware();
         controls.logView.text.clear();
@@ -60,12 +32,6 @@ class Replay : public ControllerTest {
     }
 };
 
-TEST_F(Replay, RecordedRunsEndAsTheModelSays) {
-    const auto runs = recordedRuns();
-    EXPECT_EQ(runs.size(), 11U);
-    for (const auto& chunks : runs) ASSERT_NO_FATAL_FAILURE(play(chunks));
-}
-
 TEST_F(Replay, AnyBytesAreTakenAsTheModelTakesThem) {
     std::mt19937 random{1}; // NOLINT: the same bytes in each run
     std::vector<std::string> parts(1);
@@ -78,7 +44,7 @@ TEST_F(Replay, AnyBytesAreTakenAsTheModelTakesThem) {
         else
             parts.back() += c;
     for (int round = 0; round < 600; ++round) {
-        Chunks chunks(1 + random() % 20);
+        std::vector<std::string> chunks(1 + random() % 20);
         for (auto& chunk : chunks)
             for (auto count = 1 + random() % 12; count > 0; --count)
                 if (round % 2 == 0)

@@ -1,4 +1,4 @@
-// A user interface of fake controls that keeps the menu.
+// A user interface of fake controls that keeps the actions and the menu.
 #pragma once
 
 #include "interfaces/user_interface.h"
@@ -9,7 +9,8 @@ namespace oxlade::test {
 class FakeInterface final : public UserInterface {
   public:
     FakeInterface(Trace& trace, FakeControls& controls) : trace_{trace}, controls_{controls} {}
-    Controls buildWindow(WindowActions) override {
+    Controls buildWindow(WindowActions newActions) override {
+        actions = std::move(newActions);
         trace_.add("buildWindow");
         return controls_.pointers();
     }
@@ -19,6 +20,7 @@ class FakeInterface final : public UserInterface {
     }
     void activateIgnoringOtherApps() override { trace_.add("activateIgnoringOtherApps"); }
 
+    WindowActions actions;
     MenuTree menu;
 
   private:
