@@ -14,14 +14,12 @@ from testing.world import World
 
 class KeeperTest(EndToEndCase):
 
-    def outlives(self, end: Callable[[Program], None], *moments: str, terminal: bool = False) \
-            -> None:
+    def outlives(self, end: Callable[[Program], None], *moments: str) -> None:
         """`end` makes the program end, at each of these moments of a run."""
         for moment in moments:
             with self.subTest(moment):
                 self.use_new_place(f"{self._testMethodName}-{moment.replace(':', '-')}")
-                program = self.start(f"speed=max,strict,{self.sampler.at(moment)}",
-                                     terminal=terminal)
+                program = self.start(f"speed=max,strict,{self.sampler.at(moment)}")
                 self.sampler.open(moment)
                 program.check()
                 self.sampler.shut(moment)
@@ -49,26 +47,6 @@ class KeeperTest(EndToEndCase):
         self.outlives(lambda program: program.find("menu item", program.texts.quit).press(),
                       "erase:50")
 
-    def test_a_flash_outlives_control_c_in_the_terminal(self) -> None:
-        self.outlives(lambda program: program.type_in_terminal(b"\x03"), "write:50",
-                      terminal=True)
-
     def test_a_flash_outlives_the_display_server(self) -> None:
         self.world = self.enterContext(World())
         self.outlives(lambda program: self.world.display.kill(), "write:50")
-
-    def test_control_z_in_the_terminal_stops_neither_program_nor_helper(self) -> None:
-        program = self.start("speed=max,strict," + self.sampler.at("write:50"), terminal=True)
-        program.check()
-        program.start_flashing()
-        self.sampler.wait_at("write:50")
-        helper = int(self.sampler.runs()[-1]["pid"])
-        program.type_in_terminal(b"\x1a")
-        wait_until(lambda: "T" in map(processes.state, processes.in_group(program.pid)),
-                   "Ctrl-Z to stop the other process of the group")
-        program.switch_language("RU")
-        for process in (helper, *self.bundle.running()):
-            self.assertNotEqual(processes.state(process), "T")
-        self.sampler.open("write:50")
-        program.answer(program.texts.done)
-        self.assert_flashed()

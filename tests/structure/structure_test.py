@@ -54,6 +54,11 @@ class StructureTest(unittest.TestCase):
                 for header in includes(file, "<"):
                     self.assertIsNone(FORBIDDEN.match(header), f"{file} includes {header}")
 
+    def test_numbers_are_written_without_the_locale(self) -> None:
+        for file, text in SOURCES.items():
+            if folder_of(file) in PURE:
+                self.assertIsNone(re.search("printf|stringstream|std::format|std::locale", text), file)
+
     def test_no_two_units_include_each_other_in_a_circle(self) -> None:
         """A header and its source are one unit."""
         graph: dict[str, set[str]] = {}
