@@ -79,13 +79,14 @@ TEST_F(Controller, AProcessAloneMakesTheProgramBusy) {
 
 TEST_F(Controller, CommandsDuringARunAreIgnored) {
     startReady();
-    delegate->checkDevice();
+    delegate->installFirmware();
     trace.take();
     delegate->checkDevice();
     delegate->installFirmware();
-    delegate->runLoaderWithArguments({"--other"}, "install");
+    delegate->runLoaderWithArguments({"--other"}, "info");
     EXPECT_EQ(trace.take(), "");
-    EXPECT_EQ(delegate->currentMode(), "info");
+    EXPECT_EQ(delegate->currentMode(), "install");
+    EXPECT_EQ(delegate->deviceState(), DeviceState::ready);
 }
 
 TEST_F(Controller, AnImageCanBeSelectedDuringARun) {
