@@ -101,6 +101,9 @@ TEST(QtBundle, LooksForAResourceAtEachCall) {
     EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt);
     std::filesystem::create_directory(folder.path("image.bin"));
     EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt) << "a directory is no file";
+    folder.remove("image.bin");
+    std::filesystem::create_symlink("/nowhere", folder.path("image.bin"));
+    EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt) << "nor is a dangling link";
 }
 
 TEST(QtBundle, TheRunningExecutableIsFoundThroughLinks) {
@@ -127,6 +130,26 @@ TEST(PosixFileSystem, SizesAreInBytesAndThatOfAMissingFileIsZero) {
     const PosixFileSystem files;
     EXPECT_EQ(files.fileSize(folder.file("file", "12345")), 5u);
     EXPECT_EQ(files.fileSize(folder.path("missing")), 0u);
+    std::filesystem::create_symlink(folder.path("file"), folder.path("link"));
+    EXPECT_EQ(files.fileSize(folder.path("link")), 5u);
+}
+
+// In a process of its own, which may have to become another user: root may execute it.
+TEST(PosixFileSystem, AFileThatOnlyOtherUsersMayExecuteIsNotExecutable) {
+    const TemporaryFolder folder;
+    const auto program = folder.program("program");
+    const bool isRoot = geteuid() == 0;
+    chmod(folder.path().c_str(), 0755);
+    chmod(program.c_str(), isRoot ? 0700 : 0077);
+    const pid_t process = fork();
+    if (process == 0) {
+        constexpr uid_t freshUser = 2047483647;
+        if (isRoot && setresuid(freshUser, freshUser, freshUser) != 0) _exit(2);
+        _exit(PosixFileSystem().isExecutableFile(program) ? 1 : 0);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(process, &status, 0), process);
+    EXPECT_EQ(status, 0);
 }
 
 TEST(PosixFileSystem, TheHeadIsWhatTheFileBeginsWith) {
@@ -191,7 +214,12 @@ TEST(PosixFileSystem, ALeasedFileIsReadOnceTheLeaseIsReleasedElseItIsUnreadable)
 }
 
 TEST(PosixFileSystem, TheCurrentDirectoryIsTheProcesss) {
+    const TemporaryFolder folder;
+    const auto before = std::filesystem::current_path();
+    EXPECT_EQ(PosixFileSystem().currentDirectoryPath(), before.string());
+    std::filesystem::current_path(folder.path());
     EXPECT_EQ(PosixFileSystem().currentDirectoryPath(), std::filesystem::current_path().string());
+    std::filesystem::current_path(before);
 }
 
 class UserDefaultsTest : public testing::Test {
@@ -219,6 +247,7 @@ TEST_F(UserDefaultsTest, WhatWasStoredIsThereAtTheNextStart) {
     for (const std::string value : {"ru", "en", "", " spaced ", "@At", "a,b", "\xD0\x96\n\"x\""}) {
         QtUserDefaults first;
         first.setString("InterfaceLanguage", value);
+        EXPECT_TRUE(std::filesystem::exists(folder_.path("Oxlade/Oxlade.conf"))) << "at once";
         EXPECT_EQ(first.string("InterfaceLanguage"), value);
         EXPECT_EQ(QtUserDefaults().string("InterfaceLanguage"), value);
         EXPECT_EQ(QtUserDefaults().string("Other"), std::nullopt);
