@@ -82,6 +82,8 @@ def chosen(options):
 
 def limit():
     os.setsid()
+    for number in (signal.SIGINT, signal.SIGQUIT):  # which a shell's background jobs ignore
+        signal.signal(number, signal.SIG_DFL)
     resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))

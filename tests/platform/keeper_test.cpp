@@ -296,6 +296,8 @@ class ProgramTest : public KeeperTest {
         constexpr uid_t freshUser = 2047483647; // without other processes
         if (processes >= 0 && setresuid(freshUser, freshUser, freshUser) != 0) _exit(126);
         if (!ending.hasPidfds && !forbidPidfds()) _exit(126);
+        for (const int each : {SIGINT, SIGQUIT}) // which a shell's background jobs ignore
+            std::signal(each, SIG_DFL);
         execv(vector.front(), vector.data());
         _exit(127);
     }
