@@ -35,7 +35,7 @@ TESTS = {
     'platform/descriptor': RUNS, 'platform/helper_process': RUNS, 'platform/keeper': RUNS,
     'platform/main_queue': ('platform_test', 'MainQueue*'),
 }
-PATIENCE_SECONDS = 3  # of a test that waits for what does not happen
+PATIENCE_SECONDS = 5  # of a test that waits for what does not happen
 CPU_SECONDS = 20  # of one test executable; what loops for ever ends there, however busy the machine
 WALL_SECONDS = 90  # what waits for ever ends there
 MEMORY_BYTES = 4 << 30

@@ -81,6 +81,17 @@ TEST_F(KeeperTest, EndsAtOnceWhenTheHelperCannotBeStarted) {
     EXPECT_TRUE(keeperHasGone());
 }
 
+TEST_F(KeeperTest, EndsWhenTheRunIsOverAlsoWhileAProcessWithTheHelpersNumberLives) {
+    const auto pipe = makePipe();
+    ChildProcess helper;
+    ASSERT_EQ(spawn({helper_, {"close", lock_}, nullptr, &pipe->second, &pipe->second}, helper), 0);
+    auto keeper = Keeper::start(keeper_, pipe->first);
+    keeper.watch(helper);
+    keeper.runIsOver();
+    EXPECT_TRUE(eventually([&] { return keeper.process().reapIfEnded(); }));
+    helper.kill();
+}
+
 TEST_F(KeeperTest, HasItsThreeStreamsAPidfdAndNothingElse) {
     const Descriptor inheritable(open("/dev/null", O_RDONLY));
     auto going = run({"until-gone", lock_});
