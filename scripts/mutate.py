@@ -28,7 +28,7 @@ SOURCES = {'.h', '.cpp'}
 # The tests that can kill a mutant, by the start of its path: an executable, and the tests of
 # it, as --gtest_filter takes them.
 RULES = ('controller_test', '*')
-RUNS = ('platform_test', 'HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*')
+RUNS = ('platform_test', 'HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:Standard*')
 TESTS = {
     'app/': RULES, 'firmware/': RULES, 'i18n/': RULES, 'interfaces/path_names': RULES,
     'interfaces/keeper_protocol': RUNS, 'keeper/': RUNS, 'platform/child_process': RUNS,
