@@ -308,14 +308,14 @@ int openedStreams(unsigned closed) {
     if (process == 0) {
         struct stat null {};
         stat("/dev/null", &null);
-        const int free = fcntl(1, F_DUPFD, 3);
-        close(free);
+        const int lowest = fcntl(1, F_DUPFD, 3);
+        close(lowest);
         for (int stream = 0; stream < 3; ++stream)
             if ((closed >> stream & 1) != 0) close(stream);
         struct stat before {};
         const bool hadInput = fstat(0, &before) == 0;
         openClosedStandardStreams();
-        if (fcntl(1, F_DUPFD, 3) != free) _exit(102); // another one was opened
+        if (fcntl(1, F_DUPFD, 3) != lowest) _exit(102); // another one was opened
         struct stat facts[3]{};
         int opened = 0;
         for (int stream = 0; stream < 3; ++stream) {

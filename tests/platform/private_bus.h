@@ -34,7 +34,9 @@ bool eventuallyInEventLoop(Condition condition) {
 class BusEnvironment final : public testing::Environment {
   public:
     void SetUp() override {
-        address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+        const char* const bus = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+        ASSERT_NE(bus, nullptr) << "to be started by dbus-run-session";
+        address = bus;
         setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
         application_ = std::make_unique<QCoreApplication>(count_, arguments_);
     }
