@@ -3,34 +3,24 @@
 #include "i18n/string_table.h"
 #include "platform/user_environment.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSettings>
-#include <QTemporaryDir>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <unistd.h>
 
 using namespace oxlade;
 using namespace oxlade::fuzz;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const QTemporaryDir folder;
-    static const bool ready = [] {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-        const QSettings probe(QSettings::NativeFormat, QSettings::UserScope,
-                              QStringLiteral("Oxlade"), QStringLiteral("Oxlade"));
-        return QDir().mkpath(QFileInfo(probe.fileName()).path());
-    }();
-    mustHold(ready, "there is a folder for the settings");
+    static const auto folder =
+        std::filesystem::temp_directory_path() / ("oxlade-settings-" + std::to_string(getpid()));
+    setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+    std::filesystem::create_directories(folder / "Oxlade");
+    std::ofstream(folder / "Oxlade/Oxlade.conf", std::ios::binary) << textOf(data, size);
 
-    const QSettings probe(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Oxlade"),
-                          QStringLiteral("Oxlade"));
-    QFile file{probe.fileName()};
-    mustHold(file.open(QIODevice::WriteOnly | QIODevice::Truncate), "the file can be written");
-    file.write(reinterpret_cast<const char*>(data), static_cast<qint64>(size));
-    file.close();
-
-    const QtUserDefaults defaults;
-    const auto language = languageAtStart(defaults.string(interfaceLanguageKey), {});
+    const auto stored = QtUserDefaults().string(interfaceLanguageKey);
+    const auto language = languageAtStart(stored, {});
     mustHold(language == 0 || language == 1, "there is a language");
+    std::filesystem::remove_all(folder);
     return 0;
 }

@@ -17,17 +17,17 @@ namespace oxlade {
 
 namespace {
 
-// The state letter of /proc/PID/stat: Z is a zombie, X is dead. '\0' when it cannot be read.
-char stateOf(pid_t process) {
+// By the state letter of /proc/PID/stat: Z is a zombie, X is dead.
+bool isZombie(pid_t process) {
     char text[256]; // the number, the name in brackets (at most 64 bytes), the state
     std::snprintf(text, sizeof text, "/proc/%ld/stat", static_cast<long>(process));
     const int file = open(text, O_RDONLY | O_CLOEXEC);
-    if (file < 0) return '\0';
+    if (file < 0) return false;
     const ssize_t size = read(file, text, sizeof text);
     close(file);
     const std::string_view line(text, size > 0 ? static_cast<std::size_t>(size) : 0);
-    const auto nameEnd = line.rfind(')'); // the name may hold brackets and spaces
-    return nameEnd == line.npos || nameEnd + 2 >= line.size() ? '\0' : line[nameEnd + 2];
+    const auto rest = line.substr(line.rfind(')') + 1); // the name may hold brackets and spaces
+    return rest.starts_with(" Z") || rest.starts_with(" X");
 }
 
 } // namespace
@@ -52,9 +52,7 @@ int openProcessEnd(pid_t process) {
 }
 
 bool processHasEnded(pid_t process) {
-    if (kill(process, 0) != 0 && errno == ESRCH) return true;
-    const char state = stateOf(process);
-    return state == 'Z' || state == 'X';
+    return (kill(process, 0) != 0 && errno == ESRCH) || isZombie(process);
 }
 
 } // namespace oxlade

@@ -66,10 +66,12 @@ std::optional<std::string> PosixHelperProcess::launch() {
         std::thread(&PosixHelperProcess::run, shared_from_this(), std::move(started)).detach();
         error = result.get();
     } catch (const std::system_error& refusal) {
-        clearHandlers();
         error = refusal.code().value();
     }
-    if (error != 0) return std::system_category().message(error);
+    if (error != 0) {
+        clearHandlers();
+        return std::system_category().message(error);
+    }
     askForSleepLock();
     return std::nullopt;
 }
@@ -90,9 +92,7 @@ void PosixHelperProcess::keepAwake(Descriptor lock) {
 
 void PosixHelperProcess::run(std::promise<int> started) {
     Descriptor output;
-    const int error = start(output);
-    if (error != 0) clearHandlers();
-    started.set_value(error);
+    started.set_value(start(output));
     serve(std::move(output)); // after an error: until the keeper is reaped
 }
 

@@ -164,7 +164,7 @@ class Finder:
         elif cursor.kind == K.CHARACTER_LITERAL:
             if text.startswith("'"):
                 self.add(start(cursor), end(cursor), f'static_cast<char>({text} + 1)')
-        elif text[0].isdigit():
+        elif text[:1].isdigit():
             self.add(start(cursor), end(cursor), f'({text} + 1)')
             if cursor.kind == K.INTEGER_LITERAL and not re.fullmatch('0+[uUlL]*', text):
                 self.add(start(cursor), end(cursor), f'({text} - 1)')
@@ -204,6 +204,8 @@ class Finder:
             if {first.kind, second.kind} & {K.DECL_STMT, K.RETURN_STMT, K.BREAK_STMT}:
                 continue
             a, b = self.whole(first), self.whole(second)
+            if independent(self.text(*a), self.text(*b)):
+                continue
             self.add(a[0], b[1], self.text(*b) + self.text(a[1], b[0]) + self.text(*a),
                      f'swapped: {shortened(self.text(*a))} and {shortened(self.text(*b))}')
 
@@ -220,6 +222,12 @@ class Finder:
         begin, stop = self.whole(cursor)
         text = self.text(begin, stop)
         self.add(begin, stop, ';', f'{what or "removed"}: {shortened(text)}')
+
+
+def independent(first, second):
+    """Whether both are assignments without calls, of which none reads what the other sets."""
+    sides = [re.fullmatch(r'([\w.>-]+) = ([^()=]*);', text) for text in (first, second)]
+    return all(sides) and sides[0][1] not in second and sides[1][1] not in first
 
 
 def shortened(text):

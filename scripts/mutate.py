@@ -7,7 +7,6 @@ compile is killed by the compiler.
 import argparse
 import collections
 import ctypes
-import json
 import multiprocessing
 import os
 import pathlib
@@ -25,46 +24,49 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import mutants  # noqa: E402
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
 SOURCES = {'.h', '.cpp'}
-# The test executables that can kill a mutant of a folder, the quickest first.
+# The tests that can kill a mutant, by the start of its path: an executable, and the tests of
+# it, as --gtest_filter takes them.
+RULES = ('controller_test', '*')
+RUNS = ('platform_test', 'HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:Standard*')
 TESTS = {
-    'app': ['controller_test'],
-    'firmware': ['controller_test'],
-    'i18n': ['controller_test'],
-    'interfaces': ['controller_test'],
-    'keeper': ['platform_keeper_test', 'platform_sleep_lock_test'],
-    'platform': ['platform_helper_run_test', 'platform_keeper_test'],
+    'app/': RULES, 'firmware/': RULES, 'i18n/': RULES, 'interfaces/path_names': RULES,
+    'interfaces/keeper_protocol': RUNS, 'keeper/': RUNS, 'platform/child_process': RUNS,
+    'platform/descriptor': RUNS, 'platform/helper_process': RUNS, 'platform/keeper': RUNS,
+    'platform/main_queue': ('platform_test', 'MainQueue*'),
 }
+PATIENCE_SECONDS = 5  # of a test that waits for what does not happen
 CPU_SECONDS = 20  # of one test executable; what loops for ever ends there, however busy the machine
-WALL_SECONDS = 120  # what waits for ever ends there
+WALL_SECONDS = 90  # what waits for ever ends there
 MEMORY_BYTES = 4 << 30
 
 
 def arguments():
     parser = argparse.ArgumentParser(prog='scripts/mutate', description=__doc__)
-    parser.add_argument('paths', nargs='*', default=['app', 'firmware', 'i18n'],
-                        help='folders or files (default: app firmware i18n)')
+    parser.add_argument('paths', nargs='*', default=list(TESTS),
+                        help='folders or files, or the start of their paths (default: all that '
+                             'unit tests without a display can kill)')
     parser.add_argument('--list', action='store_true', help='print the mutants, run nothing')
     parser.add_argument('--only', metavar='FILE:LINE', help='only the mutants of one line')
-    parser.add_argument('--tests', metavar='TARGET', nargs='+',
-                        help='the test executables to run, instead of those of the folder')
     parser.add_argument('--jobs', type=int, default=2, help='mutants at a time (default: 2)')
     parser.add_argument('--sample', type=int, metavar='N', help='only N mutants, chosen at random')
     parser.add_argument('--seed', type=int, default=1, help='of the choice (default: 1)')
     return parser.parse_args()
 
 
+def tests_of(file):
+    for start, tests in TESTS.items():
+        if file.startswith(start):
+            return tests
+    sys.exit(f'no test is known for {file}')
+
+
 def sources(paths):
-    for path in map(pathlib.Path, paths):
-        if path.is_dir():
-            # The entry point is left out: no unit test links it.
-            yield from sorted(str(f) for f in path.iterdir()
-                              if f.suffix in SOURCES and f.name != 'main.cpp')
-        elif path.is_file():
-            yield str(path)
-        else:
-            sys.exit(f'no such file or folder: {path}')
+    listed = subprocess.run(['git', 'ls-files'], check=True, capture_output=True, text=True).stdout
+    # No unit test links the entry point of the program.
+    found = [name for name in listed.split('\n') if name != 'app/main.cpp'
+             and pathlib.Path(name).suffix in SOURCES and name.startswith(tuple(paths))]
+    return found or sys.exit(f'no sources: {" ".join(paths)}')
 
 
 def chosen(options):
@@ -80,6 +82,8 @@ def chosen(options):
 
 def limit():
     os.setsid()
+    for number in (signal.SIGINT, signal.SIGQUIT):  # which a shell's background jobs ignore
+        signal.signal(number, signal.SIG_DFL)
     resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
@@ -88,22 +92,23 @@ def limit():
 class Tree:
     """A copy of the sources with a build of its own."""
 
-    def __init__(self, folder, targets, tests):
-        self.folder, self.tests = folder, tests
-        self.build = folder / 'build'
+    def __init__(self, folder, targets):
+        self.folder, self.build = folder, folder / 'build'
         names = subprocess.run(['git', 'ls-files', '-z', '--cached', '--others',
                                 '--exclude-standard'], check=True, capture_output=True).stdout
-        for name in filter(None, names.decode().split('\0')):
-            if not os.path.exists(name):
-                continue
+        for name in filter(os.path.exists, names.decode().split('\0')):
             copy = folder / name
             copy.parent.mkdir(parents=True, exist_ok=True)
             shutil.copy2(name, copy)
         # The copies differ by their path alone: ccache, if it is used, builds one of them.
         self.environment = {**os.environ, 'CCACHE_BASEDIR': str(folder), 'LC_ALL': 'C.UTF-8'}
-        self.call(['cmake', '-S', folder, '-B', self.build, '-G', 'Ninja',
-                   '-DCMAKE_BUILD_TYPE=None', '-DCMAKE_CXX_FLAGS=-O0 -w'])
-        if not self.compiles(targets):
+        linker = '-fuse-ld=lld' if shutil.which('ld.lld') else ''
+        subprocess.run(['cmake', '-S', folder, '-B', self.build, '-G', 'Ninja',
+                        '-DCMAKE_BUILD_TYPE=None', f'-DCMAKE_EXE_LINKER_FLAGS={linker}',
+                        f'-DCMAKE_CXX_FLAGS=-O0 -w -DOXLADE_TEST_PATIENCE={PATIENCE_SECONDS}'],
+                       check=True, env=self.environment, stdout=subprocess.DEVNULL)
+        print(f'building {" ".join(targets)}', file=sys.stderr)
+        if not self.compiles(*targets):
             sys.exit('the unchanged tree does not build')
         self.environment['CCACHE_DISABLE'] = '1'
         ninja = subprocess.run(['ninja', '-C', self.build, '-t', 'targets', 'all'],
@@ -111,19 +116,17 @@ class Tree:
         self.programs = {name: self.build / match[1] for name in targets
                          if (match := re.search(rf'^(\S*\b{name}): CXX_EXECUTABLE', ninja, re.M))}
 
-    def call(self, command):
-        subprocess.run(command, check=True, env=self.environment, stdout=subprocess.DEVNULL)
-
-    def compiles(self, targets):
+    def compiles(self, *targets):
         return subprocess.run(['ninja', '-C', self.build, *targets], env=self.environment,
-                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+                              stdout=subprocess.DEVNULL).returncode == 0
 
-    def first_failure(self, target):
+    def first_failure(self, target, tests):
         """The name of the first test that fails, or None."""
-        with tempfile.TemporaryFile('w+') as output:
-            process = subprocess.Popen([self.programs[target], '--gtest_fail_fast'], stdout=output,
-                                       stderr=subprocess.STDOUT, preexec_fn=limit, cwd=self.build,
-                                       env=self.environment)
+        with tempfile.TemporaryFile('w+', errors='replace') as output:
+            process = subprocess.Popen(
+                [self.programs[target], '--gtest_fail_fast', f'--gtest_filter={tests}'],
+                stdout=output, stderr=subprocess.STDOUT, preexec_fn=limit, cwd=self.build,
+                env=self.environment)
             try:
                 status = process.wait(WALL_SECONDS)
             except subprocess.TimeoutExpired:
@@ -143,18 +146,15 @@ class Tree:
         return name
 
     def verdict(self, mutant):
-        targets = self.tests or TESTS[mutant.file.split('/')[0]]
+        target, tests = tests_of(mutant.file)
         path = self.folder / mutant.file
         original = path.read_bytes()
         path.write_bytes(mutant.applied(original))
         try:
-            for target in targets:
-                if not self.compiles([target]):
-                    return 'does not compile'
-                name = self.first_failure(target)
-                if name:
-                    return 'killed by ' + name
-            return 'SURVIVED'
+            if not self.compiles(target):
+                return 'does not compile'
+            name = self.first_failure(target, tests)
+            return f'killed by {name}' if name else 'SURVIVED'
         finally:
             path.write_bytes(original)
 
@@ -175,24 +175,23 @@ def end_children():
             os.waitpid(int(child), 0)
 
 
-def work(folder, targets, tests, todo, results, building):
+def work(folder, tests, todo, results, building):
     PR_SET_CHILD_SUBREAPER = 36
     ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
     with building:
-        tree = Tree(folder, targets, tests)
-    for target in targets:
-        if name := tree.first_failure(target):
+        tree = Tree(folder, sorted({target for target, _ in tests}))
+    for target, names in tests:
+        begin = time.monotonic()
+        if name := tree.first_failure(target, names):
             sys.exit(f'{name} fails on the unchanged tree')
+        print(f'{target}: {time.monotonic() - begin:.1f} s', file=sys.stderr)
     for index, mutant in iter(todo.get, None):
         results.put((index, tree.verdict(mutant)))
 
 
 def run(found, options):
     """Yields the verdict on each mutant, in their order, as soon as it is known."""
-    targets = options.tests or list(dict.fromkeys(
-        test for m in found for test in TESTS.get(m.file.split('/')[0], [])))
-    if not targets:
-        sys.exit('no test executable is known for these; name them with --tests')
+    tests = sorted({tests_of(m.file) for m in found})
     todo, results = multiprocessing.Queue(), multiprocessing.Queue()
     for numbered in enumerate(found):
         todo.put(numbered)
@@ -205,8 +204,7 @@ def run(found, options):
             todo.put(None)
             copy = pathlib.Path(folder) / str(number)
             workers.append(multiprocessing.Process(
-                target=work, args=(copy, targets, options.tests, todo, results, building),
-                daemon=True))
+                target=work, args=(copy, tests, todo, results, building), daemon=True))
             workers[-1].start()
         while next_index < len(found):
             try:
@@ -233,13 +231,16 @@ def main():
     if not found:
         sys.exit('no mutants there')
     begin = time.monotonic()
-    counts = collections.Counter()
+    table = collections.defaultdict(collections.Counter)
     for mutant, verdict in zip(found, run(found, options)):
-        counts[verdict.split()[0]] += 1
+        table[mutant.file][verdict.split()[0]] += 1
         print(f'{mutant.file}:{mutant.line}  {mutant.what}  {verdict}', flush=True)
-    compiled = len(found) - counts['does']
-    print(f'{len(found)} mutants, {compiled} compile: {counts["killed"]} killed, '
-          f'{counts["SURVIVED"]} survived; {time.monotonic() - begin:.0f} s')
+    print(f'\n{"file":34}{"compile":>8}{"killed":>8}{"survived":>9}')
+    total = sum(table.values(), collections.Counter())
+    for name, counts in [*table.items(), ('all', total)]:
+        killed, survived = counts['killed'], counts['SURVIVED']
+        print(f'{name:34}{killed + survived:8}{killed:8}{survived:9}')
+    print(f'{total["does"]} do not compile; {time.monotonic() - begin:.0f} s')
 
 
 main()

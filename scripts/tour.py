@@ -18,6 +18,7 @@ root = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(root / "tests"))
 from testing.bundle import Bundle  # noqa: E402
 from testing.desktop_services import Portal  # noqa: E402
+from testing.main_job import behaviour_of, main_job  # noqa: E402
 from testing.program import Program  # noqa: E402
 from testing.sampler import Sampler  # noqa: E402
 from testing.supervisor import supervised  # noqa: E402
@@ -92,33 +93,14 @@ class Tour:
         print(self.file(state), flush=True)
 
     def a_good_run(self) -> None:
-        sampler, texts = self.sampler("good"), self.texts
-        behaviour = "speed=20," + sampler.at("first-line", "erase:62", "write:47")
-        with self.start(behaviour, sampler) as program:
-            self.picture(program, "start")
-            program.press(texts.check)
-            sampler.wait_at("first-line")
-            self.picture(program, "checking")
-            sampler.open("first-line")
-            program.wait(lambda: program.is_enabled(texts.flash), "the device ready")
-            self.picture(program, "ready")
-            program.press(texts.flash)
-            program.alert(texts.confirm)
-            self.picture(program, "confirm")
-            program.answer(texts.confirm, texts.confirm_ok)
-            began = time.monotonic()
-            program.wait_for("62%")
-            self.picture(program, "erasing")
-            sampler.open("erase:62")
-            program.wait_for("47%")
-            # The animation's intro takes this long.
-            program.wait(lambda: time.monotonic() > began + 2, "the whole balloon")
-            self.picture(program, "writing")
-            sampler.open("write:47")
-            program.alert(texts.done)
-            self.picture(program, "done-alert")
-            program.answer(texts.done)
-            self.picture(program, "done")
+        sampler = self.sampler("good")
+        with self.start("speed=20," + behaviour_of(sampler), sampler) as program:
+            for state in main_job(program):
+                if state == "erasing":
+                    began = time.monotonic()
+                if state == "writing":  # the animation's intro takes this long
+                    program.wait(lambda: time.monotonic() > began + 2, "the whole balloon")
+                self.picture(program, state)
 
     def a_failed_run(self) -> None:
         with self.start("speed=max,fail-write=63", self.sampler("failing")) as program:

@@ -79,13 +79,14 @@ TEST_F(Controller, AProcessAloneMakesTheProgramBusy) {
 
 TEST_F(Controller, CommandsDuringARunAreIgnored) {
     startReady();
-    delegate->checkDevice();
+    delegate->installFirmware();
     trace.take();
     delegate->checkDevice();
     delegate->installFirmware();
-    delegate->runLoaderWithArguments({"--other"}, "install");
+    delegate->runLoaderWithArguments({"--other"}, "info");
     EXPECT_EQ(trace.take(), "");
-    EXPECT_EQ(delegate->currentMode(), "info");
+    EXPECT_EQ(delegate->currentMode(), "install");
+    EXPECT_EQ(delegate->deviceState(), DeviceState::ready);
 }
 
 TEST_F(Controller, AnImageCanBeSelectedDuringARun) {
@@ -143,6 +144,17 @@ TEST_F(Controller, ACheckChangesTheDeviceStateBeforeTheBar) {
         EXPECT_EQ(delegate->deviceState(), DeviceState::checking);
     };
     delegate->checkDevice();
+    EXPECT_EQ(delegate->operationPercent(), -1);
+}
+
+TEST_F(Controller, AMissingHelperNeverMakesTheProgramBusy) {
+    files.files.erase(bundledHelper);
+    start();
+    trace.onAdd = [this](const std::string& line) {
+        EXPECT_EQ(delegate->currentMode(), "") << line;
+        EXPECT_EQ(delegate->currentTask(), nullptr) << line;
+    };
+    delegate->checkDevice();
 }
 
 TEST_F(Controller, TheGeometryIsKeptUntilAnotherIsReported) {
@@ -156,154 +168,6 @@ TEST_F(Controller, TheGeometryIsKeptUntilAnotherIsReported) {
         EXPECT_EQ(delegate->deviceGeometry(), "Flash geometry: 8 sectors");
     }
     EXPECT_EQ(controls.deviceDetailLabel.text, "Flash geometry: 8 sectors");
-}
-
-TEST_F(Controller, TheEchoHasABlankBehindTheNameAlsoWithoutArguments) {
-    start();
-    delegate->runLoaderWithArguments({}, "info");
-    EXPECT_TRUE(controls.logView.text.ends_with("\n$ oxlade \n"));
-}
-
-TEST_F(Controller, TheOutputIsStoredChunkByChunkBeforeItsCarriageReturnsAreReplaced) {
-    start();
-    delegate->checkDevice();
-    print("a\r");
-    print("b\r\n");
-    exit(0);
-    const std::vector<std::string> expected{"a\r", "b\r\n"};
-    EXPECT_EQ(delegate->taskOutput(), expected);
-    files.files[bundledHelper].executable = false;
-    delegate->checkDevice();
-    EXPECT_EQ(delegate->taskOutput(), expected) << "kept if no helper is run";
-    files.files[bundledHelper].executable = true;
-    delegate->checkDevice();
-    EXPECT_TRUE(delegate->taskOutput().empty());
-}
-
-TEST_F(Controller, StoringAChunkDoesNotCopyTheEarlierOnes) {
-    start();
-    delegate->checkDevice();
-    print(std::string(100, 'x'));
-    const char* const first = delegate->taskOutput().front().data();
-    for (int i = 0; i < 1000; ++i) print("y");
-    EXPECT_EQ(delegate->taskOutput().front().data(), first);
-    EXPECT_EQ(delegate->taskOutput().size(), 1001U);
-}
-
-TEST_F(Controller, InvalidUtf8IsShownAsLatin1) {
-    start();
-    delegate->checkDevice();
-    print("caf\xE9 \xD0");
-    print("\x9F");
-    EXPECT_TRUE(controls.logView.text.ends_with("café \u00D0\u009F"));
-}
-
-TEST_F(Controller, ALineInTwoChunksIsTwoFragments) {
-    start();
-    delegate->checkDevice();
-    print("Write 4");
-    EXPECT_EQ(controls.percentLabel.text, "4%");
-    print("2%\n");
-    EXPECT_EQ(controls.percentLabel.text, "4%");
-    EXPECT_TRUE(controls.logView.text.ends_with("Write 42%\n"));
-}
-
-TEST_F(Controller, AnEmptyChunkOrTextDoesNothing) {
-    start();
-    delegate->checkDevice();
-    trace.take();
-    helper()->print("");
-    EXPECT_TRUE(queue->jobs.empty());
-    delegate->handleTaskOutput("");
-    delegate->appendLog("");
-    EXPECT_EQ(trace.take(), "");
-    EXPECT_TRUE(delegate->taskOutput().empty());
-}
-
-TEST_F(Controller, JobsOfARunAreHandledInTheirOrderAlsoAfterItsEnd) {
-    startReady();
-    delegate->installFirmware();
-    const auto readable = helper()->readable;
-    helper()->print("before\n");
-    helper()->exit(0);
-    readable("after\n");
-    queue->run();
-    EXPECT_TRUE(controls.logView.text.ends_with("before\nProcess exited with code 0.\nafter\n"));
-    EXPECT_EQ(delegate->taskOutput().back(), "after\n");
-}
-
-TEST_F(Controller, AnExitEndsTheCurrentRunInItsModeWhicheverProcessItWas) {
-    startReady();
-    delegate->installFirmware();
-    const auto earlier = helper();
-    earlier->exit(3);
-    delegate->handleTaskFinished(0, "");
-    delegate->checkDevice();
-    queue->run();
-    EXPECT_EQ(delegate->currentTask(), nullptr);
-    EXPECT_EQ(delegate->operationKey(), "op.checkFailed");
-}
-
-TEST_F(Controller, AnyOtherModeOnlyEndsTheRun) {
-    startReady();
-    for (const std::string mode : {"", "Info", "INSTALL", "install ", "x"})
-        for (const int status : {0, 1, -1}) {
-            delegate->runLoaderWithArguments({"--x"}, mode);
-            trace.take();
-            exit(status);
-            EXPECT_EQ(trace.take(), R"(reading callback removed
-stopWaiting
-log "Process exited with code )" + std::to_string(status) +
-                                        R"(.\n"
-updateButtons: checkButton chooseButton builtinButton installButton
-)");
-        }
-}
-
-TEST_F(Controller, TheProgramIsIdleBeforeTheEndOfARunIsShown) {
-    startReady();
-    delegate->installFirmware();
-    int lines = 0;
-    trace.onAdd = [&](const std::string& line) {
-        if (line == "reading callback removed") return;
-        ++lines;
-        EXPECT_EQ(delegate->currentTask(), nullptr) << line;
-        EXPECT_EQ(delegate->currentMode(), "") << line;
-    };
-    exit(0);
-    EXPECT_EQ(lines, 8);
-}
-
-TEST_F(Controller, TheModeMayBeTheStateItself) {
-    startReady();
-    delegate->installFirmware();
-    delegate->handleTaskFinished(0, delegate->currentMode());
-    EXPECT_EQ(delegate->operationKey(), "op.done");
-}
-
-TEST_F(Controller, AnotherRunMayStartDuringTheClosingAlert) {
-    startReady();
-    delegate->installFirmware();
-    dialogs.duringAlert = [this] { delegate->checkDevice(); };
-    exit(0);
-    EXPECT_NE(delegate->currentTask(), nullptr);
-    EXPECT_EQ(delegate->deviceState(), DeviceState::checking);
-}
-
-TEST_F(Controller, NothingOfARunKeepsTheControllerOrTheProcessAlive) {
-    startReady();
-    EXPECT_TRUE(processes.last.expired()) << "the process of the check";
-    delegate->checkDevice();
-    const auto process = helper();
-    process->print("Write 1%\n");
-    process->exit(0);
-    ASSERT_EQ(queue->jobs.size(), 2U);
-    trace.take();
-    const std::weak_ptr<AppDelegate> controller = delegate;
-    delegate.reset();
-    EXPECT_TRUE(controller.expired());
-    queue->run();
-    EXPECT_EQ(trace.take(), "");
 }
 
 TEST_F(Controller, EverySegmentButTheSecondIsEnglishAndIsStored) {
@@ -337,9 +201,22 @@ TEST_F(Controller, TheDesktopIsToldOfEachRunAndOfItsProgress) {
     EXPECT_EQ(session.told, "end\n");
 }
 
-TEST_F(Controller, TheLinkOpensTheWebsite) {
-    delegate->openWebsite();
-    EXPECT_EQ(trace.take(), "open https://oxlade.example/\n");
+TEST_F(Controller, EachActionOfTheWindowDoesAsItsNameSays) {
+    startReady();
+    dialogs.answerFirst = false;
+    const auto& actions = interface.actions;
+    const std::vector<std::pair<std::function<void()>, std::string>> expected{
+        {actions.useBundledFirmware, "log \"Firmware selected"},
+        {actions.chooseFirmware, "open panel"},
+        {actions.installFirmware, "critical alert"},
+        {actions.languageChanged, "store InterfaceLanguage"},
+        {actions.openWebsite, "open https://oxlade.example/\n"},
+        {actions.checkDevice, "progress 0\n"},
+    };
+    for (const auto& [act, effect] : expected) {
+        act();
+        EXPECT_TRUE(trace.take().starts_with(effect)) << effect;
+    }
 }
 
 TEST_F(Controller, ARefreshMakesOneQueryAndASecondOneChangesNothing) {
@@ -353,13 +230,6 @@ TEST_F(Controller, ARefreshMakesOneQueryAndASecondOneChangesNothing) {
     delegate->refreshTexts();
     EXPECT_EQ(files.sizeQueries, 1);
     EXPECT_EQ(files.resourceQueries, 1);
-}
-
-TEST_F(Controller, AnImageThatVanishedShowsItsNameAndNoSize) {
-    start();
-    files.files.erase(bundledImage);
-    delegate->refreshTexts();
-    EXPECT_EQ(controls.firmwareLabel.text, "mpcv171.bin  ·  0.0 MB");
 }
 
 TEST_F(Controller, AnUnknownDeviceStateLeavesTheTextsOfTheDevice) {

@@ -72,10 +72,3 @@ class ChooserTest(EndToEndCase):
         program.choose(str(image))
         program.flash()
         self.assert_flashed(image)
-
-    def test_an_invalid_image_in_the_bundle_is_reported_at_start(self) -> None:
-        self.bundle.replace(self.bundle.image, bytes(3_000_000), mode=0o644)
-        program = self.start()
-        program.answer(EN.invalid)
-        program.wait_for(EN.no_firmware)
-        self.assertEqual(program.dialogs(), [])

@@ -11,10 +11,9 @@ from testing.waiting import wait_until
 
 class DesktopTest(EndToEndCase):
 
-    def portal(self, *settings: int, silent: bool = False) -> Portal:
+    def portal(self, *settings: int) -> Portal:
         """To be made before the program starts."""
-        portal = Portal(self.world.environment["DBUS_SESSION_BUS_ADDRESS"], *settings,
-                        silent=silent)
+        portal = Portal(self.world.environment["DBUS_SESSION_BUS_ADDRESS"], *settings)
         self.addCleanup(portal.close)
         return portal
 
@@ -48,20 +47,6 @@ class DesktopTest(EndToEndCase):
         self.wait_until_dark(program)
         portal.change(Portal.NO_PREFERENCE)
         self.wait_until_dark(program, False)
-
-    def test_a_portal_that_answers_late_does_not_delay_the_start(self) -> None:
-        portal = self.portal(Portal.DARK, silent=True)
-        program = self.start()
-        # A call that had been waited for until it timed out would not take the answer.
-        portal.answer_late()
-        self.wait_until_dark(program)
-
-    def test_a_silent_portal_does_not_keep_the_figure_from_moving(self) -> None:
-        self.portal(silent=True)
-        program = self.start("speed=max," + self.sampler.at("first-line"))
-        self.begin_run(program)
-        self.wait_until_moving(program)
-        self.end_run(program)
 
     def test_a_change_of_motion_counts_at_the_next_run(self) -> None:
         portal = self.portal(Portal.NO_PREFERENCE, False)

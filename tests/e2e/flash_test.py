@@ -71,16 +71,6 @@ class FlashTest(EndToEndCase):
         self.assertEqual(program.dialogs(), [])
         program.wait_for_last_line(program.texts.exited.format(1))
 
-    def test_a_cancelled_confirmation_changes_nothing(self) -> None:
-        program = self.start()
-        program.check()
-        before = program.labels(), program.log(), program.progress
-        program.press(program.texts.flash)
-        program.answer(program.texts.confirm, program.texts.cancel)
-        self.assertEqual((program.labels(), program.log(), program.progress), before)
-        self.assertTrue(program.is_enabled(program.texts.flash))
-        self.assertEqual(self.sampler.flashes(), 0)
-
     def test_a_failed_flash_says_so_and_can_be_tried_again(self) -> None:
         program = self.start("speed=max,fail-write=63")
         program.check()
@@ -92,24 +82,3 @@ class FlashTest(EndToEndCase):
             program.wait_for_last_line(program.texts.exited.format(1))
             self.assertEqual(self.sampler.state(), "writing")
             self.assertEqual(self.sampler.flashes(), attempt)
-
-    def test_a_run_that_fails_after_its_last_line_shows_one_alert_the_failure(self) -> None:
-        self.bundle.wrap_helper('"$helper" "$@"; [ "$1" = --info ] || exit 3')
-        program = self.start()
-        program.check()
-        program.start_flashing()
-        alert = program.alert(program.texts.flash_failed)
-        self.assertEqual(program.dialogs(), [alert])
-        program.answer(program.texts.flash_failed)
-        self.assertIn("OS upload complete.", program.log_lines())
-        self.assertEqual(program.log_lines()[-2], program.texts.exited.format(3))
-        self.assertTrue(program.shows(program.texts.op_error))
-        program.check()  # a second alert would be open by the end of it
-        self.assertEqual(program.dialogs(), [])
-
-    def test_a_missing_keeper_does_not_stop_a_run(self) -> None:
-        self.bundle.keeper.unlink()
-        program = self.start()
-        program.check()
-        program.flash()
-        self.assert_flashed()

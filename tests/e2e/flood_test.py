@@ -68,16 +68,6 @@ class FloodTest(EndToEndCase):
         self.assertGreater(len(expected), 2_500_000)
         self.assertTrue(program.log() == expected, "the log is not what was printed")
 
-    def test_one_line_of_ten_million_letters_is_taken(self) -> None:
-        behaviour = "speed=max,long-line=10000000"
-        program = self.start(behaviour)
-        program.check()
-        expected = self.expected_log(program, behaviour, ("--info",))
-        self.assertGreater(len(expected), 10_000_000)
-        self.assertTrue(program.log() == expected, "the log is not what was printed")
-        program.flash()
-        self.assert_flashed()
-
     @unittest.skipIf({"ASAN_OPTIONS", "TSAN_OPTIONS"} & set(os.environ),
                      "sanitizers add memory of their own for each byte")
     def test_memory_stays_in_proportion_to_what_was_printed(self) -> None:

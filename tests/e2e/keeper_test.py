@@ -14,14 +14,12 @@ from testing.world import World
 
 class KeeperTest(EndToEndCase):
 
-    def outlives(self, end: Callable[[Program], None], *moments: str, terminal: bool = False,
-                 more: str = "") -> None:
+    def outlives(self, end: Callable[[Program], None], *moments: str) -> None:
         """`end` makes the program end, at each of these moments of a run."""
         for moment in moments:
             with self.subTest(moment):
-                self.use_new_place(f"{self._testMethodName}-{moment.replace(':', '-')}{more[:4]}")
-                program = self.start(f"speed=max,strict,{more}{self.sampler.at(moment)}",
-                                     terminal=terminal)
+                self.use_new_place(f"{self._testMethodName}-{moment.replace(':', '-')}")
+                program = self.start(f"speed=max,strict,{self.sampler.at(moment)}")
                 self.sampler.open(moment)
                 program.check()
                 self.sampler.shut(moment)
@@ -38,14 +36,9 @@ class KeeperTest(EndToEndCase):
                 self.assertEqual(self.sampler.trace()[-1], f"done 0 pid={helper}")
                 self.assert_flashed()
 
-    def kill(self, program: Program) -> None:
-        os.kill(program.pid, signal.SIGKILL)
-
     def test_a_flash_outlives_sigkill(self) -> None:
-        self.outlives(self.kill, "first-line", "erase:50", "between", "write:100")
-
-    def test_a_flash_outlives_sigkill_while_a_grandchild_goes_on_writing(self) -> None:
-        self.outlives(self.kill, "erase:50", more="chatter=600,")
+        self.outlives(lambda program: os.kill(program.pid, signal.SIGKILL),
+                      "first-line", "erase:50", "between", "write:100")
 
     def test_a_flash_outlives_the_closing_of_the_window(self) -> None:
         self.outlives(Program.close, "write:50")
@@ -54,52 +47,6 @@ class KeeperTest(EndToEndCase):
         self.outlives(lambda program: program.find("menu item", program.texts.quit).press(),
                       "erase:50")
 
-    def test_a_flash_outlives_quitting_by_key(self) -> None:
-        self.outlives(lambda program: program.in_front().screen.key("ctrl+q"), "write:50")
-
-    def test_a_flash_outlives_a_crash(self) -> None:
-        def crash(program: Program) -> None:
-            os.kill(program.pid, signal.SIGSEGV)
-            program.wait_for_end()
-            self.world.forget_report(program.pid)
-        self.outlives(crash, "erase:50")
-
-    def test_a_flash_outlives_control_c_in_the_terminal(self) -> None:
-        self.outlives(lambda program: program.type_in_terminal(b"\x03"), "write:50",
-                      terminal=True)
-
-    def test_a_flash_outlives_the_closing_of_the_terminal(self) -> None:
-        self.outlives(Program.close_terminal, "erase:50", terminal=True)
-
     def test_a_flash_outlives_the_display_server(self) -> None:
         self.world = self.enterContext(World())
         self.outlives(lambda program: self.world.display.kill(), "write:50")
-
-    def test_control_z_in_the_terminal_stops_neither_program_nor_helper(self) -> None:
-        program = self.start("speed=max,strict," + self.sampler.at("write:50"), terminal=True)
-        program.check()
-        program.start_flashing()
-        self.sampler.wait_at("write:50")
-        helper = int(self.sampler.runs()[-1]["pid"])
-        program.type_in_terminal(b"\x1a")
-        wait_until(lambda: "T" in map(processes.state, processes.in_group(program.pid)),
-                   "Ctrl-Z to stop the other process of the group")
-        program.switch_language("RU")
-        for process in (helper, *self.bundle.running()):
-            self.assertNotEqual(processes.state(process), "T")
-        self.sampler.open("write:50")
-        program.answer(program.texts.done)
-        self.assert_flashed()
-
-    def test_a_run_without_a_keeper_shows_what_the_keeper_is_for(self) -> None:
-        # If this helper finished, too, the other tests would show nothing.
-        self.bundle.keeper.unlink()
-        program = self.start("speed=max,strict," + self.sampler.at("erase:50"))
-        program.check()
-        program.start_flashing()
-        self.sampler.wait_at("erase:50")
-        self.kill(program)
-        program.wait_for_end()
-        self.sampler.open("erase:50")
-        wait_until(lambda: "done 74" in self.sampler.trace()[-1], "the helper to give up")
-        self.assertEqual(self.sampler.state(), "erasing")

@@ -37,21 +37,6 @@ class LanguageTest(EndToEndCase):
         self.assertTrue(program.log().startswith(RU.started))
         self.assertTrue(program.find("radio button", "RU").has_state("checked"))
 
-    def test_sizes_have_a_decimal_point_under_a_russian_locale(self) -> None:
-        locales = self.folder / "locales"
-        locales.mkdir()
-        self.world.ask(["localedef", "-i", "ru_RU", "-f", "UTF-8", str(locales / "ru_RU.UTF-8")])
-        russian = {"LOCPATH": str(locales), "LC_ALL": "ru_RU.UTF-8"}
-        # The locale itself has a comma.
-        printed = self.world.ask(["env", *(f"{name}={value}" for name, value in russian.items()),
-                                  "printf", "%.1f", "3"])
-        self.assertEqual(printed, "3,0")
-        program = self.start(environment=russian, texts=RU)
-        self.assertTrue(program.shows("mpcv171.bin  ·  3.0 MB"), program.labels())
-        program.check()
-        program.flash()
-        self.assert_flashed()
-
     def test_the_program_takes_no_options(self) -> None:
         program = self.start(arguments=("--help", "-style", "x", "-platform", "offscreen",
                                         "--version"))

@@ -31,7 +31,7 @@ class PlayTest(unittest.TestCase):
         pictures = sorted(self.folder.glob("pictures/*.png"))
         self.assertEqual([each.stem for each in pictures],
                          ["1-start", "2-checking", "3-ready", "4-confirm", "5-erasing",
-                          "6-writing", "7-done"])
+                          "6-writing", "7-done-alert", "8-done"])
         for each in pictures:
             self.assertIn(str(each), result.stdout)
 

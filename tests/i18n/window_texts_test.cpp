@@ -22,28 +22,6 @@ TEST_F(WindowTextsTest, ThePercentageShowsFromZeroOnWithoutABound) {
     }
 }
 
-TEST_F(WindowTextsTest, EveryDeviceStateHasItsTextsAndItsDot) {
-    using Color = SemanticColor;
-    struct Row {
-        const char *status, *detail;
-        Color dot;
-    };
-    const Row rows[] = {
-        {"device.unknown", "device.unknown.detail", Color::tertiaryLabelColor},
-        {"device.checking", "device.checking.detail", Color::systemOrangeColor},
-        {"device.ready", "Flash geometry: <b>8</b>", Color::systemGreenColor},
-        {"device.failed", "device.failed.detail", Color::systemRedColor},
-    };
-    state.deviceGeometry = "Flash geometry: <b>8</b>";
-    for (CurrentLanguage = 0; CurrentLanguage < 2; ++CurrentLanguage)
-        for (std::int64_t i = 0; i < 4; ++i) {
-            state.deviceState = static_cast<DeviceState>(i);
-            EXPECT_EQ(texts().deviceStatus, L(rows[i].status));
-            EXPECT_EQ(texts().deviceDetail, L(rows[i].detail));
-            EXPECT_EQ(texts().deviceDot, rows[i].dot);
-        }
-}
-
 TEST_F(WindowTextsTest, AnyOtherDeviceStateLeavesTheTexts) {
     for (const std::int64_t odd : {std::int64_t{4}, std::int64_t{-1}, INT64_MIN, INT64_MAX}) {
         state.deviceState = static_cast<DeviceState>(odd);
@@ -51,30 +29,6 @@ TEST_F(WindowTextsTest, AnyOtherDeviceStateLeavesTheTexts) {
         EXPECT_FALSE(texts().deviceDetail);
         EXPECT_EQ(texts().deviceDot, SemanticColor::tertiaryLabelColor);
     }
-}
-
-TEST_F(WindowTextsTest, ASelectedImageShowsItsNameAndSize) {
-    state.firmwarePath = "/home/a/os.bin";
-    state.firmwareSize = 3'145'728;
-    for (CurrentLanguage = 0; CurrentLanguage < 2; ++CurrentLanguage)
-        EXPECT_EQ(texts().firmware, "os.bin  \u00B7  3.0 MB") << "a point in Russian, too";
-    EXPECT_EQ(texts().firmwareToolTip, "/home/a/os.bin");
-    EXPECT_EQ(texts().firmwareColor, SemanticColor::labelColor);
-}
-
-TEST_F(WindowTextsTest, WithoutAnImageTheLineSaysWhetherTheBundleHasOne) {
-    for (const bool hasBundled : {true, false}) {
-        state.hasBundledFirmware = hasBundled;
-        const auto key = hasBundled ? "firmware.none" : "firmware.bundledMissing";
-        EXPECT_EQ(texts().firmware, L(key));
-        EXPECT_EQ(texts().firmwareToolTip, L(key));
-        EXPECT_EQ(texts().firmwareColor, SemanticColor::secondaryLabelColor);
-    }
-}
-
-TEST_F(WindowTextsTest, AnUnknownOperationShowsItsKey) {
-    state.operationKey = "op.nonsense";
-    EXPECT_EQ(texts().operation, "op.nonsense");
 }
 
 TEST_F(WindowTextsTest, TheMenusHaveTheirItemsAndShortcuts) {

@@ -101,6 +101,9 @@ TEST(QtBundle, LooksForAResourceAtEachCall) {
     EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt);
     std::filesystem::create_directory(folder.path("image.bin"));
     EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt) << "a directory is no file";
+    folder.remove("image.bin");
+    std::filesystem::create_symlink("/nowhere", folder.path("image.bin"));
+    EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt) << "nor is a dangling link";
 }
 
 TEST(QtBundle, TheRunningExecutableIsFoundThroughLinks) {
@@ -127,6 +130,26 @@ TEST(PosixFileSystem, SizesAreInBytesAndThatOfAMissingFileIsZero) {
     const PosixFileSystem files;
     EXPECT_EQ(files.fileSize(folder.file("file", "12345")), 5u);
     EXPECT_EQ(files.fileSize(folder.path("missing")), 0u);
+    std::filesystem::create_symlink(folder.path("file"), folder.path("link"));
+    EXPECT_EQ(files.fileSize(folder.path("link")), 5u);
+}
+
+// In a process of its own, which may have to become another user: root may execute it.
+TEST(PosixFileSystem, AFileThatOnlyOtherUsersMayExecuteIsNotExecutable) {
+    const TemporaryFolder folder;
+    const auto program = folder.program("program");
+    const bool isRoot = geteuid() == 0;
+    chmod(folder.path().c_str(), 0755);
+    chmod(program.c_str(), isRoot ? 0700 : 0077);
+    const pid_t process = fork();
+    if (process == 0) {
+        constexpr uid_t freshUser = 2047483647;
+        if (isRoot && setresuid(freshUser, freshUser, freshUser) != 0) _exit(2);
+        _exit(PosixFileSystem().isExecutableFile(program) ? 1 : 0);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(process, &status, 0), process);
+    EXPECT_EQ(status, 0);
 }
 
 TEST(PosixFileSystem, TheHeadIsWhatTheFileBeginsWith) {
@@ -180,24 +203,23 @@ class Lease final {
     static inline volatile std::sig_atomic_t releases_ = 0;
 };
 
-TEST(PosixFileSystem, ALeasedFileIsReadOnceTheLeaseIsReleased) {
+TEST(PosixFileSystem, ALeasedFileIsReadOnceTheLeaseIsReleasedElseItIsUnreadable) {
     const TemporaryFolder folder;
     const auto path = folder.file("image", "content");
-    const Lease lease(path, true);
-    EXPECT_EQ(PosixFileSystem().head(path, 4), "cont");
-    EXPECT_EQ(Lease::asked, 1);
-}
-
-TEST(PosixFileSystem, ALeaseThatIsNotReleasedMakesTheFileUnreadable) {
-    const TemporaryFolder folder;
-    const auto path = folder.file("image", "content");
-    const Lease lease(path, false);
-    EXPECT_EQ(PosixFileSystem().head(path, 4), "");
-    EXPECT_EQ(Lease::asked, 1);
+    for (const bool isReleased : {true, false}) {
+        const Lease lease(path, isReleased);
+        EXPECT_EQ(PosixFileSystem().head(path, 4), isReleased ? "cont" : "");
+        EXPECT_EQ(Lease::asked, 1);
+    }
 }
 
 TEST(PosixFileSystem, TheCurrentDirectoryIsTheProcesss) {
+    const TemporaryFolder folder;
+    const auto before = std::filesystem::current_path();
+    EXPECT_EQ(PosixFileSystem().currentDirectoryPath(), before.string());
+    std::filesystem::current_path(folder.path());
     EXPECT_EQ(PosixFileSystem().currentDirectoryPath(), std::filesystem::current_path().string());
+    std::filesystem::current_path(before);
 }
 
 class UserDefaultsTest : public testing::Test {
@@ -225,14 +247,11 @@ TEST_F(UserDefaultsTest, WhatWasStoredIsThereAtTheNextStart) {
     for (const std::string value : {"ru", "en", "", " spaced ", "@At", "a,b", "\xD0\x96\n\"x\""}) {
         QtUserDefaults first;
         first.setString("InterfaceLanguage", value);
+        EXPECT_TRUE(std::filesystem::exists(folder_.path("Oxlade/Oxlade.conf"))) << "at once";
         EXPECT_EQ(first.string("InterfaceLanguage"), value);
         EXPECT_EQ(QtUserDefaults().string("InterfaceLanguage"), value);
+        EXPECT_EQ(QtUserDefaults().string("Other"), std::nullopt);
     }
-}
-
-TEST_F(UserDefaultsTest, AKeyThatWasNeverStoredHasNoValue) {
-    QtUserDefaults().setString("InterfaceLanguage", "");
-    EXPECT_EQ(QtUserDefaults().string("Other"), std::nullopt);
 }
 
 TEST_F(UserDefaultsTest, TheSettingsOfTheWholeComputerDoNotCount) {
@@ -289,11 +308,14 @@ int openedStreams(unsigned closed) {
     if (process == 0) {
         struct stat null {};
         stat("/dev/null", &null);
+        const int lowest = fcntl(1, F_DUPFD, 3);
+        close(lowest);
         for (int stream = 0; stream < 3; ++stream)
             if ((closed >> stream & 1) != 0) close(stream);
         struct stat before {};
         const bool hadInput = fstat(0, &before) == 0;
         openClosedStandardStreams();
+        if (fcntl(1, F_DUPFD, 3) != lowest) _exit(102); // another one was opened
         struct stat facts[3]{};
         int opened = 0;
         for (int stream = 0; stream < 3; ++stream) {

@@ -81,6 +81,17 @@ TEST_F(KeeperTest, EndsAtOnceWhenTheHelperCannotBeStarted) {
     EXPECT_TRUE(keeperHasGone());
 }
 
+TEST_F(KeeperTest, EndsWhenTheRunIsOverAlsoWhileAProcessWithTheHelpersNumberLives) {
+    const auto pipe = makePipe();
+    ChildProcess helper;
+    ASSERT_EQ(spawn({helper_, {"close", lock_}, nullptr, &pipe->second, &pipe->second}, helper), 0);
+    auto keeper = Keeper::start(keeper_, pipe->first);
+    keeper.watch(helper);
+    keeper.runIsOver();
+    EXPECT_TRUE(eventually([&] { return keeper.process().reapIfEnded(); }));
+    helper.kill();
+}
+
 TEST_F(KeeperTest, HasItsThreeStreamsAPidfdAndNothingElse) {
     const Descriptor inheritable(open("/dev/null", O_RDONLY));
     auto going = run({"until-gone", lock_});
@@ -296,6 +307,8 @@ class ProgramTest : public KeeperTest {
         constexpr uid_t freshUser = 2047483647; // without other processes
         if (processes >= 0 && setresuid(freshUser, freshUser, freshUser) != 0) _exit(126);
         if (!ending.hasPidfds && !forbidPidfds()) _exit(126);
+        for (const int each : {SIGINT, SIGQUIT}) // which a shell's background jobs ignore
+            std::signal(each, SIG_DFL);
         execv(vector.front(), vector.data());
         _exit(127);
     }

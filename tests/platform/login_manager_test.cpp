@@ -5,11 +5,9 @@
 #include "tests/platform/recorded_run.h"
 #include "tests/testing/processes.h"
 
-#include <QDBusConnectionInterface>
 #include <QDBusUnixFileDescriptor>
 #include <QVariant>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <poll.h>
@@ -45,23 +43,6 @@ class LoginManagerTest : public testing::Test {
     bool isReleased() const {
         return eventuallyInEventLoop([this] { return !isHeld(); });
     }
-    // Not only by the bus that carries it.
-    bool isHeldByAKeeper() const {
-        const auto keepers = processesOf(OXLADE_KEEPER);
-        return std::any_of(keepers.begin(), keepers.end(), [this](pid_t keeper) {
-            return openFiles(keeper).contains(given_.name());
-        });
-    }
-    // The asker is still connected: nobody has waited for its time-out.
-    bool isStillAsking() const {
-        return QDBusConnection::sessionBus().interface()->isServiceRegistered(
-            manager_->calls.back().service());
-    }
-    RecordedRun run(std::vector<std::string> arguments) {
-        return {OXLADE_TEST_HELPER, std::move(arguments),
-                PosixHelperProcesses(OXLADE_KEEPER, &lock_)};
-    }
-
     const TemporaryFolder folder_;
     std::unique_ptr<FakeService> manager_;
     PosixSleepLock lock_{[] { return std::string("the reason"); }};
@@ -100,53 +81,20 @@ TEST_F(LoginManagerTest, TheLockArrivesAndIsTheCallersAlone) {
     EXPECT_TRUE(isReleased());
 }
 
-class RefusedLock : public LoginManagerTest {
-  protected:
-    // Asked for, refused, and asked for again.
-    RefusedLock() {
-        startLoginManager();
-        lock_.acquire([this](Descriptor) { hasArrived_ = true; });
-        EXPECT_TRUE(isAsked());
+TEST_F(LoginManagerTest, ARefusedLockIsAskedForAgainstFewerEventsOnce) {
+    startLoginManager();
+    std::atomic<int> arrived = 0;
+    for (const bool isRefusedAgain : {true, false}) {
+        lock_.acquire([&](Descriptor) { ++arrived; });
+        ASSERT_TRUE(isAsked(isRefusedAgain ? 1 : 3));
         refuse();
-        EXPECT_TRUE(isAsked(2));
+        ASSERT_TRUE(isAsked(isRefusedAgain ? 2 : 4));
+        EXPECT_EQ(manager_->calls.back().arguments().at(0).toString(),
+                  QStringLiteral("sleep:idle"));
+        isRefusedAgain ? refuse() : answer();
     }
-    std::atomic<bool> hasArrived_ = false;
-};
-
-TEST_F(RefusedLock, IsAskedForAgainstFewerEvents) {
-    EXPECT_EQ(manager_->calls.back().arguments().at(0).toString(), QStringLiteral("sleep:idle"));
-    answer();
-    EXPECT_TRUE(eventuallyInEventLoop([this] { return hasArrived_.load(); }));
-}
-
-TEST_F(RefusedLock, NeverArrivesWhenItIsRefusedAgain) {
-    refuse();
-    lock_.acquire([](Descriptor) {}); // comes after the refusals
-    ASSERT_TRUE(isAsked(3));
-    answer();
-    EXPECT_TRUE(isReleased());
-    EXPECT_FALSE(hasArrived_);
-}
-
-TEST_F(LoginManagerTest, ARunHasOneLockFromItsArrivalToTheHelpersEnd) {
-    startLoginManager();
-    auto going = run({"until-gone", folder_.file("lock")});
-    ASSERT_TRUE(going.startUntil("waiting"));
-    ASSERT_TRUE(isAsked());
-    answer();
-    EXPECT_TRUE(eventuallyInEventLoop([this] { return isHeldByAKeeper(); }));
-    folder_.remove("lock");
-    EXPECT_TRUE(going.waitForExit());
-    EXPECT_TRUE(isReleased());
-    EXPECT_EQ(manager_->calls.size(), 1u);
-}
-
-TEST_F(LoginManagerTest, ASilentOneDelaysNothing) {
-    startLoginManager();
-    auto going = run({"print", "10", "2"});
-    EXPECT_EQ(going.finish(), 2);
-    ASSERT_TRUE(isAsked());
-    EXPECT_TRUE(isStillAsking());
+    EXPECT_TRUE(eventuallyInEventLoop([&] { return arrived > 0; }));
+    EXPECT_EQ(arrived, 1) << "nothing comes of a lock that is refused again";
 }
 
 // A bus that takes connections and writes nothing.
@@ -160,7 +108,7 @@ TEST_F(LoginManagerTest, ASilentBusDelaysNothing) {
               0);
     ASSERT_EQ(listen(listening.get(), 1), 0);
     setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
-    auto going = run({"print", "10", "2"});
+    RecordedRun going(OXLADE_TEST_HELPER, {"print", "10", "2"}, PosixHelperProcesses({}, &lock_));
     EXPECT_EQ(going.finish(), 2);
     const Descriptor asker(accept(listening.get(), nullptr, nullptr));
     setenv("DBUS_SYSTEM_BUS_ADDRESS", BusEnvironment::address.c_str(), 1);

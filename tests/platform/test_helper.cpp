@@ -1,14 +1,10 @@
 // A helper for the tests. Its first argument says what it does. Uses none of our code.
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -29,23 +25,6 @@ void putHex(const char* text) {
         put(digits);
     }
     put("\n");
-}
-
-void putFile(const char* path) {
-    const int file = open(path, O_RDONLY | O_CLOEXEC);
-    char buffer[4096];
-    for (ssize_t got; (got = read(file, buffer, sizeof buffer)) > 0;)
-        put({buffer, static_cast<std::size_t>(got)});
-    close(file);
-}
-
-// The numbers of all open descriptors but the one that lists them.
-void putDescriptors() {
-    DIR* folder = opendir("/proc/self/fd");
-    const std::string own = std::to_string(dirfd(folder));
-    while (const dirent* entry = readdir(folder))
-        if (entry->d_name[0] != '.' && own != entry->d_name) put(std::string(entry->d_name) + '\n');
-    closedir(folder);
 }
 
 // Lines of text, `count` bytes in all.
@@ -96,24 +75,8 @@ int main(int argc, char** argv) {
         if (fcntl(STDOUT_FILENO, F_SETPIPE_SZ, 1 << 20) < 0) return 1;
         put(std::string(static_cast<std::size_t>(std::atol(first)), 'x'));
     }
-    if (mode == "signal") return std::raise(std::atoi(first));
     if (mode == "arguments")
         for (int i = 2; i < argc; ++i) putHex(argv[i]);
-    if (mode == "descriptors") putDescriptors();
-    if (mode == "status") putFile("/proc/self/status");
-    if (mode == "session") put(getsid(0) == getpid() ? "leader" : "member");
-    if (mode == "directory") {
-        char path[4096];
-        if (getcwd(path, sizeof path) != nullptr) put(path);
-    }
-    if (mode == "environment") {
-        const char* value = std::getenv(first);
-        put(value != nullptr ? value : "none");
-    }
-    if (mode == "input") putFile("/proc/self/fd/0");
-    if (mode == "both") {
-        for (int i = 0; i < 100; ++i) put("out" + std::to_string(i) + '\n', 1 + i % 2);
-    }
     if (mode == "child" || mode == "talking-child") {
         leaveChild(first, mode == "talking-child");
         putBytes(std::atol(second));

@@ -28,10 +28,10 @@ class Bus:
     """The accessibility bus of a session; asking for it starts it."""
 
     def __init__(self, session_address: str) -> None:
-        session = _connect(session_address)
+        session = connect(session_address)
         reply = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress",
                                   None, None, Gio.DBusCallFlags.NONE, _CALL_MILLISECONDS, None)
-        self._connection = _connect(reply.unpack()[0])
+        self._connection = connect(reply.unpack()[0])
         session.close_sync(None)
         # The role of an object never changes, and no path is given to another object.
         self.roles: dict[tuple[str, str], str] = {}
@@ -77,7 +77,7 @@ class Bus:
                   event, [], "")
 
 
-def _connect(address: str) -> Gio.DBusConnection:
+def connect(address: str) -> Gio.DBusConnection:
     flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT |
              Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
     connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)

@@ -6,7 +6,10 @@
 
 namespace oxlade::test {
 
-inline constexpr auto deadline = std::chrono::seconds(60);
+#ifndef OXLADE_TEST_PATIENCE // the mutation tests wait for much that never happens
+#define OXLADE_TEST_PATIENCE 60
+#endif
+inline constexpr auto deadline = std::chrono::seconds(OXLADE_TEST_PATIENCE);
 
 /// Tests the condition until it holds, with a pause between two tests; false when the
 /// deadline has passed. `pause` may run an event loop.

@@ -11,26 +11,15 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace oxlade::test {
 
 inline const char* nameOf(SemanticColor color) {
-    switch (color) {
-    case SemanticColor::labelColor:
-        return "labelColor";
-    case SemanticColor::secondaryLabelColor:
-        return "secondaryLabelColor";
-    case SemanticColor::tertiaryLabelColor:
-        return "tertiaryLabelColor";
-    case SemanticColor::systemGreenColor:
-        return "systemGreenColor";
-    case SemanticColor::systemOrangeColor:
-        return "systemOrangeColor";
-    case SemanticColor::systemRedColor:
-        return "systemRedColor";
-    default:
-        return "a color that no status has";
-    }
+    static const std::vector<const char*> names{"labelColor",         "secondaryLabelColor",
+                                                "tertiaryLabelColor", "systemGreenColor",
+                                                "systemOrangeColor",  "systemRedColor"};
+    return names.at(static_cast<std::size_t>(color)); // a status has no other
 }
 
 /// What a fake writes to: the trace, and the names of the buttons enabled so far.

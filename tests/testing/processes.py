@@ -35,11 +35,6 @@ def children(parent: int) -> list[int]:
     return found
 
 
-def in_group(group: int) -> list[int]:
-    """The members of a process group."""
-    return [pid for pid in _all() if _group_of(pid) == group]
-
-
 def has_open(pid: int, target: str) -> bool:
     """Whether one of its descriptors links to `target`, such as "pipe:[123]"."""
     try:
@@ -102,10 +97,3 @@ def _target(link: Path) -> str:
         return os.readlink(link)
     except OSError:
         return ""
-
-
-def _group_of(pid: int) -> int:
-    try:
-        return os.getpgid(pid)
-    except ProcessLookupError:
-        return -1

@@ -1,7 +1,7 @@
 """UI test driver: one start of the program, what it shows, and what a user does."""
 from __future__ import annotations
 
-import os
+import subprocess
 from collections.abc import Callable
 from functools import cached_property
 from pathlib import Path
@@ -9,7 +9,6 @@ from typing import TypeVar
 
 from .accessibility import Element
 from .bundle import Bundle
-from .launch import start, start_in_terminal
 from .sampler import Sampler
 from .screen import Screen
 from .texts import EN, RU, Texts
@@ -24,7 +23,7 @@ class Program:
     `with` ends it. Needs a world with a window manager."""
 
     def __init__(self, world: World, bundle: Bundle, behaviour: str = "speed=max",
-                 texts: Texts = EN, arguments: tuple[str, ...] = (), terminal: bool = False,
+                 texts: Texts = EN, arguments: tuple[str, ...] = (),
                  sampler: Sampler | None = None, environment: dict[str, str] | None = None,
                  directory: Path | None = None) -> None:
         self.world, self.bundle, self.texts = world, bundle, texts
@@ -32,15 +31,12 @@ class Program:
         self.sampler = sampler or Sampler(world.folder)
         surroundings = (world.environment | {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
                         | self.sampler.environment(behaviour) | (environment or {}))
-        self.terminal: int | None = None
-        command = [str(bundle.program), *arguments]
         self._log = world.folder / "program.log"
         with open(self._log, "ab") as log:
             self._begin = log.tell()
-            if terminal:
-                self.process, self.terminal = start_in_terminal(command, surroundings, directory)
-            else:
-                self.process = start(command, surroundings, directory, log)
+            self.process = subprocess.Popen(
+                [bundle.program, *arguments], env=surroundings, cwd=directory,
+                stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         try:
             self.wait(self._is_up, "the window to be active")
         except BaseException:
@@ -75,18 +71,6 @@ class Program:
     def end(self) -> None:
         self.process.kill()
         self.process.wait()
-        self.close_terminal()
-
-    def type_in_terminal(self, keys: bytes) -> None:
-        assert self.terminal is not None
-        os.write(self.terminal, keys)
-
-    def close_terminal(self) -> None:
-        if self.terminal is not None:
-            os.close(self.terminal)
-            self.terminal = None
-
-    # What it shows
 
     @property
     def pid(self) -> int:

@@ -31,7 +31,6 @@ _TABLE = {
     "op_error": ("Flashing failed", "Ошибка прошивки"),
     "done": ("Flashing complete", "Прошивка завершена"),
     "flash_failed": ("Flashing did not complete", "Прошивка не завершилась"),
-    "no_firmware": ("No firmware selected", "Прошивка не выбрана"),
     "missing_firmware": ("No bundled firmware. Choose a .bin file.",
                          "Встроенной прошивки нет. Выберите .bin файл."),
     "invalid": ("This does not look like MPC4000 firmware", "Это не похоже на прошивку MPC4000"),

@@ -115,11 +115,7 @@ class World:
         services, configuration = self.folder / "services", self.folder / "bus.conf"
         services.mkdir()
         installed = Path("/usr/share/dbus-1/services/org.a11y.Bus.service")
-        lines = installed.read_text(encoding="utf-8").splitlines(keepends=True)
-        # Without systemd's user manager, dbus-daemon starts the service itself.
-        (services / installed.name).write_text(
-            "".join(line for line in lines if not line.startswith("SystemdService")),
-            encoding="utf-8")
+        (services / installed.name).symlink_to(installed)
         configuration.write_text(
             _BUS_CONFIGURATION.format(socket=self.folder / "bus", services=services),
             encoding="utf-8")
@@ -152,10 +148,6 @@ class World:
             texts.append(report.read_text(encoding="utf-8", errors="replace"))
             report.unlink()
         return "\n".join(texts)
-
-    def forget_report(self, pid: int) -> None:
-        """For a process that was made to crash."""
-        (self.folder / f"sanitizer.{pid}").unlink(missing_ok=True)
 
     def end(self) -> None:
         for process in reversed(self._processes):
