@@ -270,6 +270,8 @@ TEST_F(SimulatorTest, ABadWordIsNamedAndABadCommandLineRefused) {
                                    "fail-write=101",
                                    "speed=0",
                                    "speed=nan",
+                                   "speed=1.",
+                                   "speed=1.5x",
                                    "signal=0",
                                    "signal=65",
                                    "signal=19",
