@@ -17,7 +17,7 @@ from testing.world import World
 
 import launched
 from bare_system import HOME, BareSystem
-from identity import as_root
+from identity import USER, as_root
 from next_version import keeper_of_another_protocol, next_version
 
 SOURCE = Path(os.environ["OXLADE_SOURCE"])
@@ -124,9 +124,9 @@ class WithoutRecommends(InBareSystem):
         super().setUpClass()
         scratch = cls.world.path("next")
         scratch.mkdir()
-        same = (cls.system.outside(f"{PROGRAMS}/oxlade-keeper")).read_bytes() + b"the next one"
-        cls.same_protocol = next_version(package("oxlade"), "1.0.1", same, scratch)
-        cls.other_protocol = next_version(package("oxlade"), "1.0.2",
+        same = cls.system.outside(f"{PROGRAMS}/oxlade-keeper").read_bytes() + b"the next one"
+        cls.same_protocol = next_version(package("oxlade"), "+1", same, scratch)
+        cls.other_protocol = next_version(package("oxlade"), "+2",
                                           keeper_of_another_protocol(SOURCE, scratch), scratch)
 
     def test_1_only_what_is_needed_is_installed(self) -> None:
@@ -138,6 +138,9 @@ class WithoutRecommends(InBareSystem):
         # No file of the user's is taken for the helper.
         self.system.write(str(HOME / "oxlade"), self.simulator, 0o755)
         program = self.start()
+        process = Path(f"/proc/{program.pid}")
+        self.assertEqual(process.stat().st_uid, USER)
+        self.assertEqual(os.readlink(process / "cwd"), str(self.system.outside(PROGRAMS)))
         self.assertTrue(program.shows(program.texts.missing_firmware))
         self.check_in_vain(program)
         self.system.run("rm", str(HOME / "oxlade"))

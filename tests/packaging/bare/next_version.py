@@ -8,12 +8,12 @@ from pathlib import Path
 KEEPER = "usr/lib/oxlade/Oxlade.app/Contents/MacOS/oxlade-keeper"
 
 
-def next_version(package: Path, version: str, keeper: bytes, folder: Path) -> Path:
-    """The same package with another version and another keeper."""
-    tree, result = folder / version, folder / f"oxlade_{version}.deb"
+def next_version(package: Path, suffix: str, keeper: bytes, folder: Path) -> Path:
+    """The same package with a suffix to its version and with another keeper."""
+    tree, result = folder / suffix, folder / f"oxlade{suffix}.deb"
     subprocess.run(["dpkg-deb", "--raw-extract", package, tree], check=True)
     control = tree / "DEBIAN" / "control"
-    control.write_text(re.sub(r"^Version: .*$", f"Version: {version}",
+    control.write_text(re.sub(r"^(Version: .*)$", rf"\g<1>{suffix}",
                               control.read_text(encoding="utf-8"), flags=re.MULTILINE),
                        encoding="utf-8")
     (tree / KEEPER).write_bytes(keeper)
