@@ -56,7 +56,8 @@ class PackageTest(unittest.TestCase):
                 self.assertRegex(segments, r"GNU_STACK .* RW +0x")
                 imported = printed("nm", "--dynamic", "--undefined-only", program)
                 self.assertIn("__stack_chk_fail", imported)
-                self.assertIn("_chk@", imported, "nothing is fortified")
+                # Of what the simulator calls, the compiler sees that it fits, or knows no size.
+                self.assertEqual("_chk@" in imported, program.name != "oxlade", "fortified?")
                 if platform.machine() == "x86_64":
                     self.assertIn(ENDBR64, program.read_bytes())
 
