@@ -15,9 +15,9 @@ from testing.texts import EN, RU
 from testing.waiting import wait_until
 from testing.world import World
 
-import launched
 from bare_system import HOME, BareSystem
 from identity import USER, as_root
+from launched import InstalledProgram
 from next_version import keeper_of_another_protocol, next_version
 
 SOURCE = Path(os.environ["OXLADE_SOURCE"])
@@ -65,8 +65,8 @@ class InBareSystem(unittest.TestCase):
 
     def start(self, behaviour: str = "speed=max", *program: str) -> Program:
         """From the desktop entry, or else a program in a directory."""
-        started = launched.start(self.system, self.world, self.sampler, behaviour, self.texts,
-                                 *(program or (ENTRY,)))
+        started = InstalledProgram(self.system, self.world, self.sampler, behaviour, self.texts,
+                                   *(program or (ENTRY,)))
         self.addCleanup(started.end)
         return started
 

@@ -4,12 +4,13 @@ from __future__ import annotations
 import os
 import signal
 import sys
+from contextlib import suppress
 from pathlib import Path
 from typing import IO
-from unittest import mock
 
 from testing.program import Program
 from testing.sampler import Sampler
+from testing.screen import Screen
 from testing.texts import Texts
 from testing.world import World
 
@@ -44,15 +45,26 @@ class Launched:
 
     def kill(self) -> None:
         if self.poll() is None:
-            os.kill(self.pid, signal.SIGKILL)
+            with suppress(ProcessLookupError):  # the launcher is about to end
+                os.kill(self.pid, signal.SIGKILL)
 
 
-def start(system: BareSystem, world: World, sampler: Sampler, behaviour: str, texts: Texts,
-          *arguments: str) -> Program:
-    """The arguments are those of launch_inside.py behind the root."""
-    def start_inside(_command: object, environment: dict[str, str], _directory: object,
-                     log: IO[bytes]) -> Launched:
-        return Launched([str(system.root), *arguments], user_environment(environment), log)
+class InstalledProgram(Program):
+    """As the base class, but started in a bare system by launch_inside.py, with these arguments
+    behind the root."""
+    terminal = None
 
-    with mock.patch("testing.program.start", start_inside):
-        return Program(world, mock.Mock(program=arguments[0]), behaviour, texts, sampler=sampler)
+    def __init__(self, system: BareSystem, world: World, sampler: Sampler, behaviour: str,
+                 texts: Texts, *arguments: str) -> None:
+        self.world, self.sampler, self.texts = world, sampler, texts
+        self.screen = Screen(world)
+        environment = user_environment(world.environment | sampler.environment(behaviour)
+                                       | {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
+        self._log = world.folder / "program.log"
+        with open(self._log, "ab") as log:
+            self.process = Launched([str(system.root), *arguments], environment, log)
+        try:
+            self.wait(self._is_up, "the window to be active")
+        except BaseException:
+            self.end()
+            raise
