@@ -6,6 +6,11 @@
 
 namespace oxlade {
 
+/// The keeper's only argument. A keeper that is given another one ends at once: an upgrade can
+/// replace it while an older program is running, and a run without a keeper is better than one
+/// whose messages it misreads. To be raised with each change of this header.
+inline constexpr char keeperProtocolVersion[] = "1";
+
 /// The keeper has no descriptors but its standard streams; the third is /dev/null.
 inline constexpr int keeperOutputDescriptor = 0;   ///< the helper's pipe, its read end
 inline constexpr int keeperLifelineDescriptor = 1; ///< the connection to the program

@@ -2,7 +2,7 @@
 // program's place until the helper has ended, so the helper never gets SIGPIPE.
 //
 // While the program lives the keeper only receives its messages. Only the program starts
-// it, with the descriptors of keeper_protocol.h.
+// it, with the argument and the descriptors of keeper_protocol.h.
 #include "interfaces/keeper_protocol.h"
 #include "keeper/process_end.h"
 
@@ -113,12 +113,16 @@ bool wasStartedByTheProgram() {
            fstat(keeperLifelineDescriptor, &lifeline) == 0 && S_ISSOCK(lifeline.st_mode);
 }
 
+bool speaksThisVersion(int count, const char* const* arguments) {
+    return count == 2 && std::strcmp(arguments[1], keeperProtocolVersion) == 0;
+}
+
 } // namespace
 } // namespace oxlade
 
-int main() {
+int main(int argc, char** argv) {
     using namespace oxlade;
-    if (!wasStartedByTheProgram()) return 2;
+    if (!wasStartedByTheProgram() || !speaksThisVersion(argc, argv)) return 2;
     ignoreTerminationSignals();
     leaveDirectory();
     Helper helper;

@@ -46,7 +46,8 @@ Keeper Keeper::start(const std::string& executablePath, const Descriptor& output
     const Descriptor nowhere(sockets ? open("/dev/null", O_RDWR | O_CLOEXEC) : -1);
     Keeper keeper;
     if (nowhere &&
-        spawn({executablePath, {}, &output, &sockets->second, &nowhere}, keeper.process_) == 0)
+        spawn({executablePath, {keeperProtocolVersion}, &output, &sockets->second, &nowhere},
+              keeper.process_) == 0)
         keeper.lifeline_ = std::move(sockets->first);
     return keeper;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <csignal>
 #include <stdexcept>
 #include <system_error>
@@ -24,7 +25,7 @@ constexpr std::array<std::pair<std::string_view, Stage>, 2> countedStages{{
     {"write:", Stage::Write},
 }};
 
-/// The whole of `text` as a number, whatever the locale is. Nothing for anything
+/// The whole of `text` as an integer, whatever the locale is. Nothing for anything
 /// else: no blanks, no other characters, no overflow.
 template <typename Number>
 std::optional<Number> parseNumber(std::string_view text) {
@@ -33,6 +34,19 @@ std::optional<Number> parseNumber(std::string_view text) {
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc{} || stop != end) return std::nullopt;
     return number;
+}
+
+/// Digits, and perhaps a point and up to nine more: std::from_chars for floating point is
+/// missing in libc++.
+template <>
+std::optional<double> parseNumber(std::string_view text) {
+    const auto point = text.find('.');
+    const auto whole = parseNumber<unsigned>(text.substr(0, point));
+    if (!whole || point == std::string_view::npos) return whole;
+    const std::string_view digits = text.substr(point + 1);
+    const auto fraction = parseNumber<unsigned>(digits);
+    if (!fraction || digits.size() > 9) return std::nullopt;
+    return *whole + *fraction / std::pow(10.0, static_cast<double>(digits.size()));
 }
 
 std::optional<Checkpoint> parseCheckpoint(std::string_view text) {

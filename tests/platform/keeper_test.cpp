@@ -184,12 +184,13 @@ TEST_F(KeeperTest, AThousandRunsLeaveNoDescriptorNoThreadAndNoZombie) {
 // A keeper whose program is the test.
 class KeeperAlone : public KeeperTest {
   protected:
-    KeeperAlone() {
+    explicit KeeperAlone(const std::string& version = keeperProtocolVersion) {
         std::signal(SIGPIPE, SIG_IGN);
         auto pipe = makePipe();
         auto sockets = makeSocketPair();
         const Descriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
-        EXPECT_EQ(spawn({keeper_, {}, &pipe->first, &sockets->second, &nowhere}, process_), 0);
+        EXPECT_EQ(spawn({keeper_, {version}, &pipe->first, &sockets->second, &nowhere}, process_),
+                  0);
         readEnd_ = std::move(pipe->first);
         writeEnd_ = std::move(pipe->second);
         lifeline_ = std::move(sockets->first);
@@ -236,6 +237,16 @@ TEST_F(KeeperAlone, StaysForAHelperThatHasClosedItsOutput) {
     folder_.remove("lock");
     EXPECT_TRUE(hasEnded());
     EXPECT_TRUE(eventually([&] { return helper.reapIfEnded(); }));
+}
+
+class KeeperOfAnotherVersion : public KeeperAlone {
+  protected:
+    KeeperOfAnotherVersion() : KeeperAlone("0") {}
+};
+
+TEST_F(KeeperOfAnotherVersion, EndsAtOnce) {
+    EXPECT_TRUE(hasEnded());
+    EXPECT_EQ(process_.exitStatus(), 2);
 }
 
 TEST_F(KeeperTest, RunByHandItEndsWithStatusTwo) {
