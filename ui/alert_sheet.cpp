@@ -1,6 +1,5 @@
 #include "ui/alert_sheet.h"
 
-#include "ui/alert_icon.h"
 #include "ui/command_key.h"
 #include "ui/fonts.h"
 #include "ui/interface_style.h"
@@ -28,6 +27,66 @@
 
 namespace oxlade {
 namespace {
+
+/// The side of the square that the picture has, and the empty rows above its drawn part.
+constexpr int alertIconSide = 48, alertIconInset = 3;
+constexpr double middle = alertIconSide / 2.0;
+
+QColor iconColor(AlertStyle style) {
+    switch (style) {
+    case AlertStyle::informational:
+        return accentColor(ColorScheme::light);
+    case AlertStyle::warning:
+        return color(SemanticColor::systemOrangeColor, ColorScheme::light);
+    case AlertStyle::critical:
+        return color(SemanticColor::systemRedColor, ColorScheme::light);
+    }
+    return {};
+}
+
+/// A triangle whose corners are rounded by the pen's joins.
+void drawTriangle(QPainter& painter, const QColor& colour) {
+    QPainterPath path;
+    path.moveTo(24, 6);
+    path.lineTo(42, 38);
+    path.lineTo(6, 38);
+    path.closeSubpath();
+    painter.setPen(QPen{colour, 6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin});
+    painter.setBrush(colour);
+    painter.drawPath(path);
+}
+
+/// An exclamation mark, or with `inverted` the letter i.
+void drawMark(QPainter& painter, double top, double bottom, bool inverted) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    constexpr double thickness = 5, dot = thickness + 0.5, gap = 2.5;
+    const double stemTop = inverted ? top + dot + gap : top;
+    const double stemBottom = inverted ? bottom : bottom - dot - gap;
+    painter.drawRoundedRect(
+        QRectF{middle - thickness / 2, stemTop, thickness, stemBottom - stemTop}, thickness / 2,
+        thickness / 2);
+    painter.drawEllipse(QRectF{middle - dot / 2, inverted ? top : bottom - dot, dot, dot});
+}
+
+/// Draws a disc or a triangle with its mark; `at` is the square's top left corner. The same in
+/// both appearances.
+void drawAlertIcon(QPainter& painter, const QPointF& at, AlertStyle style) {
+    painter.save();
+    painter.translate(at);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (style == AlertStyle::informational) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(iconColor(style));
+        painter.drawEllipse(QPointF{middle, middle}, middle - alertIconInset,
+                            middle - alertIconInset);
+        drawMark(painter, 12, 36, true);
+    } else {
+        drawTriangle(painter, iconColor(style));
+        drawMark(painter, 12, 37, false);
+    }
+    painter.restore();
+}
 
 constexpr int sideMargin = 24, topMargin = 22, bottomMargin = 20;
 constexpr int iconGap = 18, titleGap = 6, buttonRowGap = 16, buttonGap = 4;
@@ -212,8 +271,8 @@ void AlertSheet::paintEvent(QPaintEvent*) {
     drawPanel(painter, panel_, radius_, fill, popupEdgeColor(fill, palette()));
     if (ringed_) drawFocusRing(painter, panel_, radius_, palette());
     // The picture's top stands at that of the message's capitals, above which is some space.
-    const QFontMetrics message = title_->fontMetrics();
-    const int above = std::max(0, message.ascent() - message.capHeight() - alertIconInset);
+    const QFontMetricsF message{title_->font()};
+    const int above = static_cast<int>(message.ascent() - message.capHeight()) - alertIconInset;
     drawAlertIcon(painter, panel_.topLeft() + QPoint{sideMargin, topMargin + above}, style_);
 }
 

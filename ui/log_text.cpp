@@ -1,5 +1,10 @@
 #include "ui/log_text.h"
 
+#include <QFontMetricsF>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
+
 #include <algorithm>
 
 namespace oxlade {
@@ -64,6 +69,19 @@ qsizetype LogText::toView(qsizetype textPosition) const {
     };
     const auto before = std::partition_point(breaks_.begin(), breaks_.end(), isBefore);
     return textPosition + (before - breaks_.begin());
+}
+
+QRectF RowLayout::blockBoundingRect(const QTextBlock& block) const {
+    QRectF bounds = QPlainTextDocumentLayout::blockBoundingRect(block);
+    if (!block.isValid()) return bounds;
+    const QTextLayout& layout = *block.layout();
+    const double descent = QFontMetricsF{document()->defaultFont()}.descent();
+    for (int row = 0; row < layout.lineCount(); ++row) {
+        QTextLine line = layout.lineAt(row);
+        line.setPosition({line.x(), rowPitch * (row + 1) - descent - line.ascent()});
+    }
+    bounds.setHeight(rowPitch * layout.lineCount());
+    return bounds;
 }
 
 } // namespace oxlade

@@ -1,10 +1,12 @@
-// The text of the log, and how much of it has been handed to the view. Plain value.
+// The text of the log, and how much of it has been handed to the view (a plain value), and the
+// layout of its rows in the view (main thread).
 //
 // The text is kept as it was appended. Only in the view are very long lines broken: a position
 // in the view is ahead of that in the text by one for each such break before it. Lengths and
 // positions are in UTF-16 units; positions outside the text are clamped.
 #pragma once
 
+#include <QPlainTextDocumentLayout>
 #include <QString>
 
 #include <vector>
@@ -42,6 +44,18 @@ class LogText final {
     qsizetype taken_ = 0;
     qsizetype column_ = 0;          ///< the length of the view's last block
     std::vector<qsizetype> breaks_; ///< view positions of the breaks put in, ascending
+};
+
+/// From one row to the next, in points.
+inline constexpr int rowPitch = 17;
+
+/// Rows of one height, whatever fonts their characters come from: lines lie on one grid: the
+/// letters of the document's font end where their row ends.
+class RowLayout final : public QPlainTextDocumentLayout {
+  public:
+    using QPlainTextDocumentLayout::QPlainTextDocumentLayout;
+
+    QRectF blockBoundingRect(const QTextBlock& block) const override;
 };
 
 } // namespace oxlade

@@ -5,7 +5,6 @@
 #include "ui/interface_style.h"
 #include "ui/palette.h"
 #include "ui/qt_button.h"
-#include "ui/row_layout.h"
 #include "ui/text.h"
 
 #include <QAbstractTextDocumentLayout>

@@ -1,7 +1,6 @@
 // The log: what was appended, as it was appended, at its end; selecting, copying, scrolling.
 #include "i18n/string_table.h"
 #include "ui/qt_log_view.h"
-#include "ui/row_layout.h"
 #include "ui/text.h"
 
 #include <QApplication>
