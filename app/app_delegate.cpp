@@ -104,6 +104,7 @@ void AppDelegate::show(const WindowTexts& texts) {
     controls.firmwareLabel->setTextColor(texts.firmwareColor);
     controls.operationLabel->setStringValue(texts.operation);
     controls.percentLabel->setStringValue(texts.percent);
+    controls.progress->setFailed(texts.flashFailed);
 }
 
 void AppDelegate::appendLog(std::string_view text) {

@@ -65,6 +65,7 @@ WindowTexts windowTexts(const WindowState& state) {
     setFirmwareTexts(texts, state);
     texts.operation = L(state.operationKey);
     if (state.operationPercent >= 0) texts.percent = std::to_string(state.operationPercent) + '%';
+    texts.flashFailed = state.operationKey == "op.error";
     return texts;
 }
 

@@ -21,7 +21,8 @@ struct WindowState {
     std::int32_t operationPercent = -1;
 };
 
-/// The views point into the string table or into the state's texts.
+/// Texts, colours and what follows the state as they do. The views point into the string table or
+/// into the state's texts.
 struct WindowTexts {
     std::optional<std::string_view> deviceStatus, deviceDetail; ///< nullopt: leave as is
     SemanticColor deviceDot = SemanticColor::tertiaryLabelColor;
@@ -30,6 +31,7 @@ struct WindowTexts {
     SemanticColor firmwareColor = SemanticColor::labelColor;
     std::string_view operation;
     std::string percent;
+    bool flashFailed = false; ///< the bar says so, too
 };
 
 /// In the current language. Main thread.

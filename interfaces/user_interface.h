@@ -58,6 +58,8 @@ class ProgressIndicator {
     virtual ~ProgressIndicator() = default;
     /// 0 to 100, fractions included; clamped to this range, and NaN is shown as 0.
     virtual void setDoubleValue(double value) = 0;
+    /// Whether what it shows has failed.
+    virtual void setFailed(bool failed) = 0;
 };
 
 class LogView {

@@ -102,9 +102,7 @@ void LabelView::paintEvent(QPaintEvent*) {
 }
 
 void QtLabel::setStringValue(std::string_view text) {
-    if (!setText(text)) return;
-    if (named_ != nullptr) named_->setAccessibleName(this->text());
-    if (changed_) changed_();
+    if (setText(text) && named_ != nullptr) named_->setAccessibleName(this->text());
 }
 
 void QtFileLabel::setToolTip(std::string_view text) {

@@ -7,7 +7,6 @@
 #include <QStringList>
 #include <QWidget>
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -71,12 +70,9 @@ class QtLabel final : public LabelView, public Label {
     /// Makes this label's text, now and later, the accessible name of the widget, which must
     /// outlive the label's last text.
     void nameWidget(QWidget& widget) { named_ = &widget; }
-    /// Calls it after each new text.
-    void whenTextChanges(std::function<void()> action) { changed_ = std::move(action); }
 
   private:
     QWidget* named_ = nullptr;
-    std::function<void()> changed_;
 };
 
 class QtFileLabel final : public LabelView, public FileLabel {

@@ -29,8 +29,8 @@ class QtProgressIndicator final : public QWidget, public ProgressIndicator {
 
     void setDoubleValue(double value) override;
     double doubleValue() const { return value_; }
-    /// Shows the bar in the system's red: the run that it belongs to has failed.
-    void setFailed(bool failed);
+    /// Shows the bar in the system's red.
+    void setFailed(bool failed) override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

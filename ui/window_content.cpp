@@ -141,9 +141,6 @@ void WindowContent::buildProgressCard(const WindowActions& actions) {
     controls_.operationLabel = operation;
     auto* progress = control(placed(new QtProgressIndicator{&card}, "progress", {16, 22, 520, 20}));
     operation->nameWidget(*progress);
-    operation->whenTextChanges([operation, progress] {
-        progress->setFailed(operation->text() == toQString(L("op.error")));
-    });
     controls_.progress = progress;
     auto* install = button(card, "installButton", {552, 22, 148, 40}, actions.installFirmware);
     install->setDefault(true);

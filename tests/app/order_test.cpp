@@ -54,6 +54,7 @@ const std::string flashFails = R"(stopWaiting
 refreshTexts
   operationLabel "Flashing failed"
   percentLabel ""
+  failed
 )";
 
 const std::string flashFailed =

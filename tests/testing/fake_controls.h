@@ -113,7 +113,12 @@ class Fake<ProgressIndicator> final : public ProgressIndicator, FakeControl {
         value = newValue;
         add("progress " + number(newValue));
     }
+    void setFailed(bool isFailed) override {
+        if (std::exchange(failed, isFailed) != isFailed)
+            add(isFailed ? "  failed" : "  not failed");
+    }
     double value = 0;
+    bool failed = false;
 };
 
 template <>
