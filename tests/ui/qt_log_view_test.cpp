@@ -151,7 +151,8 @@ TEST_F(LogTest, ASelectionDoesNotGrow) {
 
 TEST_F(LogTest, EveryCharacterIsCopiedAsItWasAppended) {
     QString all;
-    for (char32_t c = 0; c <= QChar::LastValidCodePoint; ++c) {
+    // All of the first plane; of the others, which Qt treats alike, some of each block.
+    for (char32_t c = 0; c <= QChar::LastValidCodePoint; c += c < 0x10000 ? 1 : 61) {
         if (QChar::isSurrogate(c)) continue;
         all += QString::fromUcs4(&c, 1);
         if (c % 128 == 0) all += u'\n';
