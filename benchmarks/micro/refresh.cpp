@@ -29,6 +29,7 @@ class QuietControl final : public Window,
     void setEnabled(bool enabled) override { benchmark::DoNotOptimize(enabled); }
     int selectedSegment() const override { return 0; }
     void setDoubleValue(double value) override { benchmark::DoNotOptimize(value); }
+    void setFailed(bool failed) override { benchmark::DoNotOptimize(failed); }
     void append(std::string_view text) override { benchmark::DoNotOptimize(text); }
     void startWaiting() override {}
     void stopWaiting() override {}
