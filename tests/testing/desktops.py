@@ -122,6 +122,12 @@ class Sway(Compositor):
                                  'for_window [app_id=".*"] floating enable\n', encoding="ascii")
         return ["sway", "-c", str(configuration)]
 
+    def prepare(self) -> None:
+        super().prepare()
+        # The seat's only keyboard must not come and go with each wtype: a client hears of a new
+        # one too late for its keys.
+        self._start(["wtype", "-s", "2147483647", "a"])
+
     def press(self, *keys: str) -> None:
         *modifiers, key = keys
         self.run("wtype", *(word for each in modifiers for word in ("-M", each)), key)
