@@ -11,11 +11,11 @@
 #include "platform/main_queue.h"
 #include "platform/sleep_lock.h"
 #include "platform/user_environment.h"
-#include "ui/application.h"
-#include "ui/fonts.h"
 #include "ui/qt_dialogs.h"
 #include "ui/qt_user_interface.h"
+#include "ui/text.h"
 
+#include <QApplication>
 #include <QTimer>
 
 using namespace oxlade;

@@ -7,6 +7,7 @@ What is compared is run in turns, so that changes in the machine's load affect a
 it. Figures in brackets are minimum and maximum of n runs.
 """
 import contextlib
+import itertools
 import json
 import os
 import subprocess
@@ -142,6 +143,10 @@ class Bench:
         self.table.target("first frame, ours : stock", first_frame, "x", most=1.10)
         self.table.row("processor time until then, ours : stock",
                        f"{ratio('work', 'processor time until then', 'ms'):.2f} x")
+        if all(seen["instructions"] > 0 for seen in itertools.chain(*seen_by_name.values())):
+            # Unlike times, the same on a busy machine.
+            many = ratio("instructions", "user instructions until then", "million")
+            self.table.row("user instructions until then, ours : stock", f"{many:.2f} x")
         self.table.figures("ours: pixels that look different later",
                            [seen["changed"] for seen in seen_by_name["ours"]], "")
         self.table.target("memory, ours : stock", ratio("Rss", "memory, resident", "MiB"), "x",

@@ -1,7 +1,6 @@
 #include "ui/alert_sheet.h"
 
 #include "ui/command_key.h"
-#include "ui/fonts.h"
 #include "ui/interface_style.h"
 #include "ui/palette.h"
 #include "ui/qt_button.h"

@@ -2,12 +2,14 @@
 
 #include "ui/alert_sheet.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QPushButton>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
@@ -18,6 +20,17 @@ namespace {
 constexpr Qt::WindowFlags frameFlags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                        Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                                        Qt::WindowCloseButtonHint;
+
+/// The sizes that window managers ask for. An icon of a size that is not there is scaled.
+QIcon applicationIcon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128}) {
+        const QString file = QStringLiteral(":/icon/%1-%2.png");
+        // The format is named: else Qt loads the plugins of all image formats.
+        icon.addPixmap(QPixmap{file.arg(QGuiApplication::desktopFileName()).arg(size), "png"});
+    }
+    return icon;
+}
 
 } // namespace
 
@@ -51,6 +64,10 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Expose && watched == windowHandle()) {
         watched->removeEventFilter(this);
         centreFrame();
+        // Qt paints within this event. The icon can wait until the frame is on the screen.
+        constexpr int afterTheFirstFrame = 100; // milliseconds
+        QTimer::singleShot(afterTheFirstFrame, this,
+                           [] { QApplication::setWindowIcon(applicationIcon()); });
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -22,7 +22,8 @@ class MainWindow final : public QMainWindow, public Window {
     MainWindow(const WindowContext& context, const WindowActions& actions, const MenuTree& menu);
 
     /// When it gets its frame, moves so that this is centred, unless the window manager has
-    /// placed it elsewhere.
+    /// placed it elsewhere. The first frame painted, sets the application's icon from the
+    /// resources: ":/icon/ID-SIZE.png", ID being the name of the desktop entry.
     void makeKeyAndOrderFront() override;
     /// Itself and its children.
     Controls controls();

@@ -1,6 +1,5 @@
 #include "ui/qt_button.h"
 
-#include "ui/fonts.h"
 #include "ui/text.h"
 
 namespace oxlade {

@@ -1,6 +1,5 @@
 #include "ui/qt_label.h"
 
-#include "ui/fonts.h"
 #include "ui/palette.h"
 #include "ui/text.h"
 

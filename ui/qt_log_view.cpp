@@ -1,7 +1,6 @@
 #include "ui/qt_log_view.h"
 
 #include "i18n/string_table.h"
-#include "ui/fonts.h"
 #include "ui/interface_style.h"
 #include "ui/palette.h"
 #include "ui/qt_button.h"

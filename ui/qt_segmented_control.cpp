@@ -1,8 +1,8 @@
 #include "ui/qt_segmented_control.h"
 
-#include "ui/fonts.h"
 #include "ui/interface_style.h"
 #include "ui/palette.h"
+#include "ui/text.h"
 
 #include <QPainter>
 #include <QRadioButton>

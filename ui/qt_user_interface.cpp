@@ -1,15 +1,18 @@
 #include "ui/qt_user_interface.h"
 
 #include "ui/accessibility.h"
-#include "ui/fonts.h"
 #include "ui/interface_style.h"
 #include "ui/main_window.h"
 #include "ui/palette.h"
+#include "ui/text.h"
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLoggingCategory>
 
 #include <algorithm>
+#include <array>
+#include <string>
 #include <utility>
 
 namespace oxlade {
@@ -63,6 +66,29 @@ class QuitFilter final : public QObject {
 };
 
 } // namespace
+
+std::unique_ptr<QApplication> makeApplication(std::string_view programPath,
+                                              std::string_view desktopId) {
+    // QApplication refers to them. Qt takes the name as WM_CLASS on X11.
+    static std::string program, option = "-name", name;
+    static std::array<char*, 4> arguments;
+    static int count = 3;
+    program = programPath;
+    name = desktopId;
+    arguments = {program.data(), option.data(), name.data(), nullptr};
+
+    QCoreApplication::setApplicationName(QStringLiteral("Oxlade"));
+    QGuiApplication::setDesktopFileName(toQString(desktopId));
+    // In a Wayland session Qt looks for its Wayland plugin first and warns where it is not
+    // installed or finds no compositor; X11 follows. That no plugin can be loaded at all is told
+    // nevertheless.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.plugin=false"));
+    auto application = std::make_unique<QApplication>(count, arguments.data());
+    QLoggingCategory::setFilterRules({});
+    // Qt would post an event to quit: an alert that opens next would remove it.
+    QApplication::setQuitOnLastWindowClosed(false);
+    return application;
+}
 
 QtUserInterface::QtUserInterface(WindowContext context)
     : context_{std::move(context)}, appearance_{std::make_unique<Appearance>()},

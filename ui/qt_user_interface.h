@@ -1,4 +1,4 @@
-// The window and the menu bar in Qt Widgets. Main thread.
+// The Qt application, its window and its menu bar. Main thread.
 #pragma once
 
 #include "interfaces/types.h"
@@ -7,7 +7,9 @@
 
 #include <memory>
 #include <optional>
+#include <string_view>
 
+class QApplication;
 class QObject;
 class QWidget;
 
@@ -15,6 +17,13 @@ namespace oxlade {
 
 class Appearance;
 class MainWindow;
+
+/// The Qt application as the desktop knows it. `programPath` is argv[0]; `desktopId` is the name
+/// of the desktop entry without its extension, and that of the icons in the resources. There are
+/// no options, not even Qt's own, and closing the last window does not end it. Call once. The
+/// caller includes <QApplication>.
+std::unique_ptr<QApplication> makeApplication(std::string_view programPath,
+                                              std::string_view desktopId);
 
 /// Owns the window. The QApplication must outlive it.
 class QtUserInterface final : public UserInterface {

@@ -1,7 +1,10 @@
-// Text between UTF-8 and QString (any thread), and single lines of it drawn (main thread).
+// Text in the window: between UTF-8 and QString (any thread), its fonts, and single lines drawn
+// (main thread unless said otherwise). Font sizes are in layout points, that is logical pixels:
+// typographic points would grow with the display's resolution.
 #pragma once
 
 #include <QByteArrayView>
+#include <QFont>
 #include <QFontMetrics>
 #include <QRectF>
 #include <QString>
@@ -29,6 +32,26 @@ inline std::string toUtf8(const QString& text) { return text.toUtf8().toStdStrin
 /// The text for the accessibility bus, which cuts strings at the first NUL: each NUL becomes
 /// its picture, U+2400. Positions do not change.
 inline QString withVisibleNuls(QString text) { return text.replace(QChar::Null, QChar{0x2400}); }
+
+/// Starts reading the font configuration on another thread, so that the functions below need
+/// not wait for it. Optional; call it first.
+void readFontsAhead();
+
+enum class FontKind { proportional, monospaced };
+
+/// The name of the installed family of that kind that is used for `family`, which may be
+/// missing or an alias such as "monospace". Instead of a proportional family without faces of
+/// its own for Medium and DemiBold, Inter where that is installed: labels of different weights
+/// would look the same. `family` itself where the system does not tell. Any thread; waits for
+/// readFontsAhead to finish.
+std::string installedFamily(const std::string& family, FontKind kind);
+
+/// The application's sans font.
+QFont interfaceFont(int pixels, QFont::Weight weight = QFont::Normal);
+/// The desktop's monospaced font.
+QFont monospacedFont(int pixels);
+/// Sets the application's sans font: what installedFamily gives for the desktop's.
+void chooseInterfaceFont();
 
 /// The baseline, in whole points, that centres capital letters in the rectangle. Fonts differ
 /// in the space above and below a line; centring that space places some of them too low.

@@ -2,7 +2,6 @@
 
 #include "i18n/string_table.h"
 #include "ui/card_view.h"
-#include "ui/fonts.h"
 #include "ui/interface_style.h"
 #include "ui/qt_button.h"
 #include "ui/qt_label.h"

@@ -6,8 +6,9 @@
 //
 // Wants an X server for itself, without a window manager: the window is then a
 // child of the root, and shows the root's colour until it is painted. Two lines
-// of JSON: one when it is painted (milliseconds since the program was started,
-// process, frame), one half a second later (how many pixels differ from those of
+// of JSON: one when it is painted (milliseconds and millions of user instructions
+// of all threads since the program was started, -1 where the kernel does not count
+// them; process, frame), one half a second later (how many pixels differ from those of
 // the first moment: what was painted then was the whole window if there are none).
 // The program lives until the end of standard input.
 #include <algorithm>
@@ -17,9 +18,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <linux/perf_event.h>
 #include <memory>
+#include <optional>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -151,6 +155,35 @@ class Screen {
     std::uint8_t damageNotify_ = 0;
 };
 
+/// Counts the user instructions of this process, and of the processes that it starts from then
+/// on where `inherited`.
+class InstructionCounter {
+  public:
+    explicit InstructionCounter(bool inherited) {
+        perf_event_attr wanted{};
+        wanted.size = sizeof wanted;
+        wanted.type = PERF_TYPE_HARDWARE;
+        wanted.config = PERF_COUNT_HW_INSTRUCTIONS;
+        wanted.inherit = inherited ? 1 : 0;
+        wanted.exclude_kernel = 1;
+        wanted.exclude_hv = 1;
+        descriptor_ = static_cast<int>(
+            syscall(SYS_perf_event_open, &wanted, 0, -1, -1, PERF_FLAG_FD_CLOEXEC));
+    }
+    ~InstructionCounter() { close(descriptor_); }
+    InstructionCounter(const InstructionCounter&) = delete;
+    InstructionCounter& operator=(const InstructionCounter&) = delete;
+
+    std::optional<std::uint64_t> read() const {
+        std::uint64_t count = 0;
+        if (::read(descriptor_, &count, sizeof count) != sizeof count) return std::nullopt;
+        return count;
+    }
+
+  private:
+    int descriptor_;
+};
+
 pid_t start(char* arguments[]) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -175,15 +208,23 @@ std::size_t differences(const std::vector<std::uint32_t>& one,
 int main(int argc, char* argv[]) {
     if (argc < 2) fail("usage: bench_watch_window PROGRAM [ARGUMENT...]");
     Screen screen;
+    const InstructionCounter all{true}, own{false};
+    const auto ownBefore = own.read(), allBefore = all.read();
     const auto begin = Clock::now();
     const pid_t process = start(argv + 1);
     const Frame frame = screen.awaitWindow(begin + patience);
     screen.awaitPainted(frame, begin + patience);
     const std::chrono::duration<double, std::milli> taken = Clock::now() - begin;
+    const auto allAfter = all.read(), ownAfter = own.read();
+    const double instructions =
+        allAfter && ownAfter && allBefore && ownBefore
+            ? static_cast<double>((*allAfter - *allBefore) - (*ownAfter - *ownBefore)) / 1e6
+            : -1;
     const auto first = screen.pixels(frame);
-    std::printf(
-        "{\"ms\": %.2f, \"pid\": %d, \"x\": %d, \"y\": %d, \"width\": %d, \"height\": %d}\n",
-        taken.count(), static_cast<int>(process), frame.x, frame.y, frame.width, frame.height);
+    std::printf("{\"ms\": %.2f, \"instructions\": %.2f, \"pid\": %d, \"x\": %d, \"y\": %d, "
+                "\"width\": %d, \"height\": %d}\n",
+                taken.count(), instructions, static_cast<int>(process), frame.x, frame.y,
+                frame.width, frame.height);
     std::fflush(stdout);
     std::this_thread::sleep_for(500ms);
     std::printf("{\"changed\": %zu}\n", differences(first, screen.pixels(frame)));

@@ -1,6 +1,6 @@
 // What the first frame must not wait for.
 #include "tests/ui/program.h"
-#include "ui/fonts.h"
+#include "ui/text.h"
 
 #include <QFontDatabase>
 #include <QToolButton>

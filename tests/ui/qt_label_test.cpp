@@ -1,6 +1,5 @@
 // Texts in their frames.
 #include "tests/ui/program.h"
-#include "ui/fonts.h"
 #include "ui/palette.h"
 #include "ui/text.h"
 
