@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -62,6 +63,16 @@ class QuitFilter final : public QObject {
     }
 };
 
+/// Where Qt itself draws the window's frame, has it drawn in the application's present colours.
+/// Qt's frame takes its colours when it is made, and is made anew when the window gets one again.
+void renewFrame(QWidget& widget) {
+    QWindow* window = widget.windowHandle();
+    if (window == nullptr || QGuiApplication::platformName() != QLatin1String{"wayland"}) return;
+    if (window->frameMargins().isNull()) return; // the compositor draws it
+    window->setFlag(Qt::FramelessWindowHint, true);
+    window->setFlag(Qt::FramelessWindowHint, false);
+}
+
 } // namespace
 
 QtUserInterface::QtUserInterface(WindowContext context)
@@ -93,6 +104,7 @@ void QtUserInterface::activateIgnoringOtherApps() {
 
 void QtUserInterface::setColorScheme(std::optional<ColorScheme> preference) {
     appearance_->setPreference(preference);
+    if (window_) renewFrame(*window_);
 }
 
 QWidget* QtUserInterface::window() const { return window_.get(); }
