@@ -6,19 +6,14 @@
 #include "ui/text.h"
 
 #include <QAbstractButton>
-#include <QAction>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -386,51 +381,6 @@ TEST_F(PanelTest, IsInTheCurrentLanguageAndRemovesItsTranslation) {
     EXPECT_EQ(QFileDialog::tr("Look in:"), english);
     CurrentLanguage = 0;
     EXPECT_TRUE(words().contains(english));
-}
-
-/// What the chooser shows or tells assistive technology, without its title and names of files.
-QStringList textsOf(QFileDialog& dialog) {
-    QStringList texts;
-    for (const QWidget* widget : dialog.findChildren<QWidget*>())
-        texts << widget->toolTip() << widget->statusTip() << widget->whatsThis()
-              << widget->accessibleName() << widget->accessibleDescription();
-    for (const auto* label : dialog.findChildren<QLabel*>()) texts << label->text();
-    for (const auto* button : dialog.findChildren<QAbstractButton*>()) texts << button->text();
-    for (const auto* action : dialog.findChildren<QAction*>()) texts << action->text();
-    for (const auto* header : dialog.findChildren<QHeaderView*>())
-        for (int i = 0; i < header->model()->columnCount(); ++i)
-            texts << header->model()->headerData(i, Qt::Horizontal).toString();
-    const auto* places = dialog.findChild<QListView*>(QStringLiteral("sidebar"))->model();
-    texts << places->index(0, 0).data().toString(); // the computer; then folders
-    const std::unique_ptr<QMenu> menu{dialog.findChild<QLineEdit*>()->createStandardContextMenu()};
-    // With the keys, if any, behind a tab.
-    for (const auto* action : menu->actions()) texts << action->text().section(u'\t', 0, 0);
-    texts.removeDuplicates();
-    return texts;
-}
-
-TEST_F(PanelTest, ShowsNoEnglishInARussianWindow) {
-    CurrentLanguage = 1;
-    whenShown<QFileDialog>([](QFileDialog& dialog) {
-        const QStringList texts = textsOf(dialog);
-        EXPECT_GE(texts.filter(QRegularExpression{QStringLiteral("[а-яА-Я]")}).size(), 25)
-            << texts.join(u'|').toStdString();
-        EXPECT_EQ(texts.filter(QRegularExpression{QStringLiteral("[A-Za-z]")}).join(u'|'),
-                  QString{});
-        dialog.findChild<QLineEdit*>()->setText(QStringLiteral("нет такого"));
-        QTimer::singleShot(0, [] {
-            auto* message = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            ASSERT_NE(message, nullptr);
-            EXPECT_TRUE(message->text().contains(QStringLiteral("Файл не найден")))
-                << message->text().toStdString();
-            EXPECT_EQ(message->buttons().first()->text(), QStringLiteral("ОК")); // Cyrillic
-            message->reject();
-        });
-        static_cast<QDialog&>(dialog).accept();
-        dialog.reject();
-    });
-    dialogs.runOpenPanel(panel);
-    CurrentLanguage = 0;
 }
 
 TEST_F(PanelTest, StartsWhereTheLastFileWasChosen) {
