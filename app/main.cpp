@@ -53,7 +53,7 @@ int main(int argc, char* argv[]) {
         QObject::connect(qApp, &QGuiApplication::lastWindowClosed, [] { QApplication::exit(); });
     // In the event loop: exec() ignores an exit() before it, as during an alert at the start.
     QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
-    desktop.awaitColorScheme(100); // else the frame of a dark window begins light
+    desktop.awaitColorScheme(50); // else the frame of a dark window begins light
     QApplication::exec();
     return 0;
 }

@@ -3,18 +3,15 @@
 #include "platform/file_system.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QDBusVariant>
-#include <QEventLoop>
 #include <QFile>
 #include <QObject>
-#include <QPointer>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTimer>
 #include <QVariant>
 
 #include <utility>
@@ -33,15 +30,14 @@ class PortalSettings final : public QObject {
 
     explicit PortalSettings(Listener listener);
     void ask(const QString& group, const QString& key);
-    /// Returns once the first question is answered, or after `limit` milliseconds; at once where
-    /// no portal runs.
-    void awaitFirstAnswer(int limit) const;
+    /// Asks and waits for the answer, at most `limit` milliseconds, without running the event
+    /// loop. Returns at once where no portal runs.
+    void askNow(const QString& group, const QString& key, int limit);
 
   private:
     Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
     Listener listener_;
-    QPointer<QDBusPendingCallWatcher> first_;
 };
 
 namespace {
@@ -49,6 +45,11 @@ namespace {
 const auto service = QLatin1String("org.freedesktop.portal.Desktop");
 const auto path = QLatin1String("/org/freedesktop/portal/desktop");
 const auto interface = QLatin1String("org.freedesktop.portal.Settings");
+
+QDBusMessage question(const QString& group, const QString& key) {
+    return QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"))
+           << group << key;
+}
 
 // An answer is wrapped twice, a change once.
 QVariant unwrapped(QVariant value) {
@@ -106,11 +107,8 @@ PortalSettings::PortalSettings(Listener listener) : listener_(std::move(listener
 
 void PortalSettings::ask(const QString& group, const QString& key) {
     if (!hasSessionBus() || !QDBusConnection::sessionBus().isConnected()) return;
-    auto call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
-    call << group << key;
-    auto* watcher =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
-    if (!first_) first_ = watcher;
+    auto* watcher = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(question(group, key)), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, group, key] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         watcher->deleteLater();
@@ -118,14 +116,13 @@ void PortalSettings::ask(const QString& group, const QString& key) {
     });
 }
 
-void PortalSettings::awaitFirstAnswer(int limit) const {
-    if (!first_ || first_->isFinished()) return;
-    const auto* bus = QDBusConnection::sessionBus().interface();
-    if (bus == nullptr || !bus->isServiceRegistered(service)) return;
-    QEventLoop loop;
-    connect(first_, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(limit, &loop, &QEventLoop::quit);
-    loop.exec();
+void PortalSettings::askNow(const QString& group, const QString& key, int limit) {
+    if (!hasSessionBus()) return;
+    auto call = question(group, key);
+    call.setAutoStartService(false);
+    const QDBusReply<QDBusVariant> reply =
+        QDBusConnection::sessionBus().call(call, QDBus::Block, limit);
+    if (reply.isValid()) settingChanged(group, key, reply.value());
 }
 
 void PortalSettings::settingChanged(const QString& group, const QString& key,
@@ -153,7 +150,7 @@ class DesktopSettings::Source final {
         return std::nullopt;
     }
 
-    void awaitColorScheme(int limit) const { portal_.awaitFirstAnswer(limit); }
+    void awaitColorScheme(int limit) { portal_.askNow(appearance, colorSchemeKey, limit); }
 
     std::function<void()> onChange;
 

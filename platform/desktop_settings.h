@@ -30,7 +30,7 @@ class DesktopSettings final {
     /// Nothing: the user has no preference, or it is not known.
     std::optional<ColorScheme> colorScheme() const;
     /// Returns once the desktop has told its colours, or after `limit` milliseconds; at once where
-    /// no portal runs. The change handler may be called meanwhile.
+    /// no portal runs. May call the change handler, but handles no other event.
     void awaitColorScheme(int limit);
     /// Called after either of the two has changed; an empty one removes it.
     void setChangeHandler(std::function<void()> handler);

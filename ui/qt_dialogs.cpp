@@ -2,6 +2,7 @@
 
 #include "i18n/string_table.h"
 #include "ui/alert_sheet.h"
+#include "ui/chooser_texts.h"
 #include "ui/text.h"
 
 #include <QApplication>
@@ -10,12 +11,10 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLibraryInfo>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QSettings>
-#include <QTranslator>
 
 #include <memory>
 #include <utility>
@@ -63,18 +62,15 @@ QString nameFilter(const QString& extension) {
     return QStringLiteral("*.%1 (*.%2)").arg(extension, pattern);
 }
 
-/// Translates Qt's own chooser into the program's language during its life. English where
-/// Qt's translations are not installed.
-class ChooserTexts final {
+/// Translates Qt's own chooser into the program's language during its life.
+class ChooserLanguage final {
   public:
-    ChooserTexts() {
-        const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-        if (CurrentLanguage == 1 && russian_.load(QStringLiteral("qtbase_ru"), folder))
-            QCoreApplication::installTranslator(&russian_);
+    ChooserLanguage() {
+        if (CurrentLanguage == 1) QCoreApplication::installTranslator(&russian_);
     }
 
   private:
-    QTranslator russian_; ///< its destructor removes it
+    RussianChooserTexts russian_; ///< its destructor removes it
 };
 
 /// During its life, settings that are opened as the user's native ones are stored nowhere.
@@ -151,7 +147,7 @@ class Chooser final : public QFileDialog {
 /// Runs the desktop's chooser, or else Qt's own, in an event loop until it is closed. The absolute
 /// path of the chosen file; empty if none was. Stores nothing in the user's files.
 QString chooseFile(QWidget* parent, const OpenPanel& panel, const QString& folder) {
-    const ChooserTexts texts;
+    const ChooserLanguage language;
     auto chooser = std::make_unique<Chooser>(parent, toQString(panel.message), folder,
                                              nameFilter(toQString(panel.fileNameExtension)));
     const bool accepted = chooser->exec() == QDialog::Accepted;

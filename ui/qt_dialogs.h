@@ -21,9 +21,8 @@ class QtDialogs final : public Dialogs {
     /// assistive technology. The enabled flags of the controls stay.
     bool runAlert(const Alert& alert) override;
     /// Starts in the folder of the last choice, at first in the user's home. Where the desktop
-    /// has no chooser, Qt's own is used, in the current language, or in English where Qt's
-    /// translations are not installed. A path can be typed there: the chosen file exists but
-    /// need not have the extension.
+    /// has no chooser, Qt's own is used, in the current language. A path can be typed there: the
+    /// chosen file exists but need not have the extension.
     std::optional<std::string> runOpenPanel(const OpenPanel& panel) override;
 
   private:

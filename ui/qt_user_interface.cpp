@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
+#include <QWindow>
 
 #include <algorithm>
 #include <array>
@@ -65,6 +66,16 @@ class QuitFilter final : public QObject {
     }
 };
 
+/// Where Qt itself draws the window's frame, has it drawn in the application's present colours.
+/// Qt's frame takes its colours when it is made, and is made anew when the window gets one again.
+void renewFrame(QWidget& widget) {
+    QWindow* window = widget.windowHandle();
+    if (window == nullptr || QGuiApplication::platformName() != QLatin1String{"wayland"}) return;
+    if (window->frameMargins().isNull()) return; // the compositor draws it
+    window->setFlag(Qt::FramelessWindowHint, true);
+    window->setFlag(Qt::FramelessWindowHint, false);
+}
+
 } // namespace
 
 std::unique_ptr<QApplication> makeApplication(std::string_view programPath,
@@ -119,6 +130,7 @@ void QtUserInterface::activateIgnoringOtherApps() {
 
 void QtUserInterface::setColorScheme(std::optional<ColorScheme> preference) {
     appearance_->setPreference(preference);
+    if (window_) renewFrame(*window_);
 }
 
 QWidget* QtUserInterface::window() const { return window_.get(); }

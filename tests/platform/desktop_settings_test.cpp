@@ -4,10 +4,16 @@
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QEventLoop>
+#include <QSemaphore>
+#include <QThread>
+#include <QTimer>
 #include <QVariant>
 
+#include <functional>
 #include <sys/stat.h>
 #include <tuple>
+#include <utility>
 
 namespace oxlade::test {
 namespace {
@@ -67,6 +73,31 @@ class DesktopSettingsTest : public testing::Test {
     }
 };
 
+/// Runs the portal and its event loop in a thread of its own.
+class PortalThread final {
+  public:
+    PortalThread(std::function<void()> start, std::function<void()> stop)
+        : thread_(QThread::create([this, start = std::move(start), stop = std::move(stop)] {
+              start();
+              isStarted_.release();
+              QEventLoop().exec();
+              stop();
+          })) {
+        thread_->start();
+        isStarted_.acquire();
+    }
+    ~PortalThread() {
+        thread_->quit();
+        thread_->wait();
+    }
+    PortalThread(const PortalThread&) = delete;
+    PortalThread& operator=(const PortalThread&) = delete;
+
+  private:
+    QSemaphore isStarted_;
+    const std::unique_ptr<QThread> thread_;
+};
+
 // A constructor that waited for its three answers would exceed the test's time-out.
 TEST_F(DesktopSettingsTest, ASilentPortalIsNotWaitedFor) {
     isSilent_ = true;
@@ -77,16 +108,23 @@ TEST_F(DesktopSettingsTest, ASilentPortalIsNotWaitedFor) {
     EXPECT_EQ(desktop.colorScheme(), std::nullopt);
 }
 
-TEST_F(DesktopSettingsTest, TheColorSchemeIsAwaitedAndASilentPortalNotForLong) {
+TEST_F(DesktopSettingsTest, TheColorSchemeIsAwaitedAndNoEventHandledMeanwhile) {
     values_[{text(appearance), text("color-scheme")}] = 1u;
-    startPortal();
+    const PortalThread portal([this] { startPortal(); }, [this] { portal_.reset(); });
     DesktopSettings desktop;
+    bool handled = false;
+    QTimer::singleShot(0, [&handled] { handled = true; });
     desktop.awaitColorScheme(60'000);
     EXPECT_EQ(desktop.colorScheme(), ColorScheme::dark);
+    EXPECT_FALSE(handled);
+}
+
+TEST_F(DesktopSettingsTest, ASilentPortalIsNotAwaitedForLongerThanTheLimit) {
     isSilent_ = true;
-    DesktopSettings other;
-    other.awaitColorScheme(1);
-    EXPECT_EQ(other.colorScheme(), std::nullopt);
+    const PortalThread portal([this] { startPortal(); }, [this] { portal_.reset(); });
+    DesktopSettings desktop;
+    desktop.awaitColorScheme(1);
+    EXPECT_EQ(desktop.colorScheme(), std::nullopt);
 }
 
 TEST_F(DesktopSettingsTest, ColorsComeFromThePortal) {

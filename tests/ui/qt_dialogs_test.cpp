@@ -372,7 +372,7 @@ TEST_F(PanelTest, IsInTheCurrentLanguageAndRemovesItsTranslation) {
         dialogs.runOpenPanel(panel);
         return said;
     };
-    const QString english = QStringLiteral("Look in:"), russian = QStringLiteral("Перейти к:");
+    const QString english = QStringLiteral("Look in:"), russian = QStringLiteral("Папка:");
     EXPECT_TRUE(words().contains(english));
     CurrentLanguage = 1;
     const QStringList inRussian = words();

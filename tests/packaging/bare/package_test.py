@@ -83,11 +83,10 @@ class PackageTest(unittest.TestCase):
     def expected_programs(self) -> set[str]:
         return {f"{PROGRAMS}/oxlade-app", f"{PROGRAMS}/oxlade-keeper"}
 
-    def test_the_fonts_and_translations_are_named(self) -> None:
+    def test_the_fonts_and_the_portal_are_named(self) -> None:
         self.assertIn("fonts-inter", self.field("Depends"))
         self.assertIn("libqt6widgets6 (>= 6.4", self.field("Depends"))
-        for package in ("qt6-translations-l10n", "xdg-desktop-portal"):
-            self.assertIn(package, self.field("Recommends"))
+        self.assertIn("xdg-desktop-portal", self.field("Recommends"))
 
     def test_the_helper_s_place(self) -> None:
         link = self.tree / HELPER
