@@ -17,6 +17,7 @@ from pathlib import Path
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests"))
+import workload  # noqa: E402
 from processors import AwakeProcessors  # noqa: E402
 from table import Table  # noqa: E402
 from testing import processes  # noqa: E402
@@ -97,7 +98,7 @@ class Bench:
         if not first:
             raise SystemExit(f"{command[0]} shows no window")
         seen = json.loads(first)
-        seen["work"] = processes.work(seen["pid"]) * 1000
+        seen["work"] = workload.work(seen["pid"]) * 1000
         return watcher, {**seen, **json.loads(watcher.stdout.readline())}
 
     @staticmethod
@@ -168,7 +169,7 @@ class Bench:
     def rest(self, world, name, command, seconds):
         watcher, seen = self.watch(world, command)
         time.sleep(2)  # what the start left to do
-        load, wakeups = processes.activity(seen["pid"], seconds)
+        load, wakeups = workload.activity(seen["pid"], seconds)
         self.dismiss(watcher)
         self.table.row(f"idle, {name}", f"{load:.3f} % of a core, {wakeups} wake-ups")
         if name.startswith("ours"):
@@ -182,10 +183,10 @@ class Bench:
                        env=world.environment, check=True)
         time.sleep(2)
         helpers = [child for child in processes.children(seen["pid"])
-                   if processes.name(child) == "oxlade"]
+                   if workload.name(child) == "oxlade"]
         if not helpers:
             raise SystemExit("The click on the check button has started no helper.")
-        load, wakeups = processes.activity(seen["pid"], seconds)
+        load, wakeups = workload.activity(seen["pid"], seconds)
         self.table.row("animated, ours", f"{load:.3f} % of a core, {wakeups} wake-ups")
         self.table.target("animated, ours: processor time", load, "% of a core", most=1)
         os.kill(helpers[0], 9)

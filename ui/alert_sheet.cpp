@@ -1,7 +1,7 @@
 #include "ui/alert_sheet.h"
 
-#include "ui/command_key.h"
 #include "ui/interface_style.h"
+#include "ui/main_menu.h"
 #include "ui/palette.h"
 #include "ui/qt_button.h"
 #include "ui/text.h"

@@ -1,6 +1,5 @@
 #include "ui/main_menu.h"
 
-#include "ui/command_key.h"
 #include "ui/qt_button.h"
 #include "ui/qt_log_view.h"
 #include "ui/text.h"
@@ -10,6 +9,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 
+#include <string_view>
 #include <utility>
 
 namespace oxlade {
@@ -22,7 +22,27 @@ QKeySequence commandKey(char letter) {
     return QKeySequence{QKeyCombination{Qt::ControlModifier, key}};
 }
 
+/// By the key codes of X11, which Qt gives on Wayland, too.
+char letterAt(quint32 scanCode) {
+    struct Row {
+        quint32 first;
+        std::string_view letters;
+    };
+    for (const Row& row : {Row{24, "qwertyuiop"}, Row{38, "asdfghjkl"}, Row{52, "zxcvbnm"}})
+        if (scanCode >= row.first && scanCode - row.first < row.letters.size())
+            return row.letters[scanCode - row.first];
+    return 0;
+}
+
 } // namespace
+
+char commandLetter(const QKeyEvent& event) {
+    if (event.modifiers() != Qt::ControlModifier) return 0;
+    const int key = event.key();
+    if (key >= Qt::Key_A && key <= Qt::Key_Z) return static_cast<char>('a' + (key - Qt::Key_A));
+    constexpr int lastLatin = 0xFF;
+    return key > lastLatin && key < Qt::Key_Escape ? letterAt(event.nativeScanCode()) : '\0';
+}
 
 MainMenu::MainMenu(QMainWindow& window) : window_{window} {
     connect(qApp, &QApplication::focusChanged, this,

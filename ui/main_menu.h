@@ -21,6 +21,11 @@ namespace oxlade {
 
 class QtLogView;
 
+/// The letter from a to z that was pressed together with Control alone; 0 for any other key.
+/// Where the keyboard layout has no Latin letter on the key, the letter of its place on an
+/// English keyboard, on X11 and Wayland. Any thread.
+char commandLetter(const QKeyEvent& event);
+
 class MainMenu final : public QObject {
   public:
     /// `window` must outlive it.

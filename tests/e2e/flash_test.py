@@ -61,16 +61,6 @@ class FlashTest(EndToEndCase):
             self.assertEqual((run["fds"], run["session"], run["sigpipe"]),
                              ("0,1,2", "own", "ignored"))
 
-    def test_a_check_that_fails_says_so_and_leaves_flashing_disabled(self) -> None:
-        program = self.start("speed=max,no-device")
-        program.press(program.texts.check)
-        program.wait_for(program.texts.op_check_failed)
-        self.assertTrue(program.shows(program.texts.failed))
-        program.wait(lambda: program.is_enabled(program.texts.check), "the end of the check")
-        self.assertFalse(program.is_enabled(program.texts.flash))
-        self.assertEqual(program.dialogs(), [])
-        program.wait_for_last_line(program.texts.exited.format(1))
-
     def test_a_failed_flash_says_so_and_can_be_tried_again(self) -> None:
         program = self.start("speed=max,fail-write=63")
         program.check()

@@ -36,16 +36,12 @@ class KeeperTest(EndToEndCase):
                 self.assertEqual(self.sampler.trace()[-1], f"done 0 pid={helper}")
                 self.assert_flashed()
 
-    def test_a_flash_outlives_sigkill(self) -> None:
+    def test_a_flash_outlives_sigkill_the_closing_of_the_window_and_quitting(self) -> None:
         self.outlives(lambda program: os.kill(program.pid, signal.SIGKILL),
                       "first-line", "erase:50", "between", "write:100")
-
-    def test_a_flash_outlives_the_closing_of_the_window(self) -> None:
         self.outlives(Program.close, "write:50")
-
-    def test_a_flash_outlives_quitting_from_the_menu(self) -> None:
         self.outlives(lambda program: program.find("menu item", program.texts.quit).press(),
-                      "erase:50")
+                      "erase:51")
 
     def test_a_flash_outlives_the_display_server(self) -> None:
         self.world = self.enterContext(World())

@@ -33,36 +33,14 @@ class FakeInterface final : public UserInterface {
     FakeControls& controls_;
 };
 
-/// Not started yet. The bundle has a helper and `image`, by default a valid one of 3 MiB.
-struct FakeProgram {
-    explicit FakeProgram(std::string image = validImage(3'145'728)) {
-        files.files[bundledHelper] = {"", true};
-        files.files[bundledImage] = {std::move(image), false};
-    }
+/// Not started yet.
+struct FakeProgram : FakeSystem {
+    using FakeSystem::FakeSystem;
 
-    std::shared_ptr<FakeProcess> helper() { return processes.last.lock(); }
-    /// The helper prints, or exits, and the main queue runs.
-    void print(std::string_view bytes) {
-        helper()->print(bytes);
-        queue->run();
-    }
-    void exit(std::int32_t status) {
-        helper()->exit(status);
-        queue->run();
-    }
-
-    Trace trace;
     FakeControls controls{trace};
     FakeInterface interface { trace, controls };
-    FakeFiles files;
-    std::shared_ptr<FakeQueue> queue = std::make_shared<FakeQueue>();
-    FakeProcesses processes{trace};
-    FakeDefaults defaults{trace};
-    FakeDialogs dialogs{trace};
-    FakeSession session;
-    std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(
-        System{queue, processes, files, files, defaults, dialogs, dialogs, session}, interface,
-        "https://oxlade.example/");
+    std::shared_ptr<AppDelegate> delegate =
+        std::make_shared<AppDelegate>(system(), interface, "https://oxlade.example/");
 };
 
 } // namespace oxlade::test

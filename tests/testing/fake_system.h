@@ -186,4 +186,34 @@ class FakeSession final : public DesktopSession {
     std::string told;
 };
 
+/// All of them. The bundle has a helper and `image`, by default a valid one of 3 MiB.
+struct FakeSystem {
+    explicit FakeSystem(std::string image = validImage(3'145'728)) {
+        files.files[bundledHelper] = {"", true};
+        files.files[bundledImage] = {std::move(image), false};
+    }
+    System system() {
+        return {queue, processes, files, files, defaults, dialogs, dialogs, session};
+    }
+
+    std::shared_ptr<FakeProcess> helper() { return processes.last.lock(); }
+    /// The helper prints, or exits, and the main queue runs.
+    void print(std::string_view bytes) {
+        helper()->print(bytes);
+        queue->run();
+    }
+    void exit(std::int32_t status) {
+        helper()->exit(status);
+        queue->run();
+    }
+
+    Trace trace;
+    FakeFiles files;
+    std::shared_ptr<FakeQueue> queue = std::make_shared<FakeQueue>();
+    FakeProcesses processes{trace};
+    FakeDefaults defaults{trace};
+    FakeDialogs dialogs{trace};
+    FakeSession session;
+};
+
 } // namespace oxlade::test

@@ -12,6 +12,8 @@ import tempfile
 import traceback
 from collections.abc import Callable
 
+from . import processes
+
 _PR_SET_PDEATHSIG = 1
 _PR_SET_CHILD_SUBREAPER = 36
 _libc = ctypes.CDLL(None, use_errno=True)
@@ -73,16 +75,11 @@ def _status_of(child: int) -> int:
             return code if code >= 0 else 128 - code
 
 
-def _children() -> list[int]:
-    with open(f"/proc/self/task/{os.getpid()}/children", encoding="ascii") as file:
-        return [int(pid) for pid in file.read().split()]
-
-
 def _kill_children() -> None:
     """Kills our children; their own children become ours, and are killed next."""
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, signal.SIG_IGN)
-    while children := _children():
+    while children := processes.children(os.getpid()):
         for pid in children:
             try:
                 os.kill(pid, signal.SIGKILL)

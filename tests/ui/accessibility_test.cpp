@@ -1,11 +1,10 @@
-// What screen readers get. That changes are announced, and once, is tested on a real bus in
-// tests/e2e: events reach nobody without a display.
+// What screen readers get. That changes are announced, and that controls can be pressed, is
+// tested on a real bus in tests/e2e: events reach nobody without a display.
 #include "tests/ui/program.h"
 #include "ui/accessibility.h"
 #include "ui/text.h"
 
 #include <QAccessible>
-#include <QElapsedTimer>
 #include <QRadioButton>
 #include <QToolTip>
 
@@ -43,19 +42,14 @@ TEST_F(AccessibilityTest, RolesAndNames) {
         EXPECT_EQ(access(widget).role(), role) << widget->objectName().toStdString();
         EXPECT_EQ(name(widget), text) << widget->objectName().toStdString();
     }
-}
-
-TEST_F(AccessibilityTest, AButtonCanBePressed) {
-    access(widgets().checkButton)
-        .actionInterface()
-        ->doAction(QAccessibleActionInterface::pressAction());
-    // Qt shows the press for a moment before it acts.
-    QElapsedTimer deadline;
-    deadline.start();
-    while (program.processes.made == 0 && !deadline.hasExpired(30'000))
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(program.processes.made, 1);
-    EXPECT_TRUE(access(widgets().checkButton).state().disabled);
+    // Each change of these is told but for the percentage, which says nothing that is not said.
+    for (QWidget* widget : content().findChildren<QWidget*>()) {
+        const auto* label = dynamic_cast<const LabelView*>(widget);
+        EXPECT_EQ(label != nullptr && label->style().quiet, widget == all.percentLabel);
+        const bool needsName = access(widget).role() == QAccessible::PushButton ||
+                               access(widget).role() == QAccessible::RadioButton;
+        EXPECT_FALSE(needsName && name(widget).empty()) << widget->objectName().toStdString();
+    }
 }
 
 TEST_F(AccessibilityTest, TheLanguagesAreTwoRadioButtonsThatCanBePressed) {
@@ -98,14 +92,6 @@ TEST_F(AccessibilityTest, ThePathOfTheImageIsPlainInDescriptionAndToolTip) {
         return QToolTip::hideText();
     }
     FAIL() << "no tool tip";
-}
-
-TEST_F(AccessibilityTest, OnlyThePercentageIsNotAnnounced) {
-    for (const QWidget* widget : content().findChildren<QWidget*>()) {
-        const auto* label = dynamic_cast<const LabelView*>(widget);
-        if (label == nullptr) continue;
-        EXPECT_EQ(label->style().quiet, widget == widgets().percentLabel);
-    }
 }
 
 class LogAccessTest : public ::testing::Test {
@@ -156,20 +142,21 @@ TEST_F(LogAccessTest, GivesWhatWasAppendedAtOnceAndWithoutTheViewsBreaks) {
 
 TEST_F(LogAccessTest, KnowsLinesAndWords) {
     log.append("one two\nthree\n\nlast");
-    EXPECT_EQ(at(0, QAccessible::LineBoundary), "one two\n");
-    EXPECT_EQ(at(7, QAccessible::LineBoundary), "one two\n") << "its ending belongs to it";
-    EXPECT_EQ(at(8, QAccessible::LineBoundary), "three\n");
-    EXPECT_EQ(at(14, QAccessible::LineBoundary), "\n");
-    EXPECT_EQ(at(19, QAccessible::LineBoundary), "last");
-    EXPECT_EQ(at(5, QAccessible::WordBoundary), "two");
-    EXPECT_EQ(at(4, QAccessible::CharBoundary), "t");
+    constexpr auto line = QAccessible::LineBoundary;
+    const std::tuple<int, QAccessible::TextBoundaryType, const char*> rows[] = {
+        {0, line, "one two\n"},
+        {7, line, "one two\n"}, // its ending belongs to it
+        {8, line, "three\n"},
+        {14, line, "\n"},
+        {19, line, "last"},
+        {5, QAccessible::WordBoundary, "two"},
+        {4, QAccessible::CharBoundary, "t"}};
+    for (const auto& [offset, type, expected] : rows) EXPECT_EQ(at(offset, type), expected);
     int from = -1, to = -1;
-    EXPECT_EQ(text().textAfterOffset(0, QAccessible::LineBoundary, &from, &to),
-              QStringLiteral("three\n"));
-    EXPECT_EQ(text().textBeforeOffset(8, QAccessible::LineBoundary, &from, &to),
-              QStringLiteral("one two\n"));
-    EXPECT_EQ(text().textBeforeOffset(0, QAccessible::LineBoundary, &from, &to), QString{});
-    EXPECT_EQ(text().textAfterOffset(18, QAccessible::LineBoundary, &from, &to), QString{});
+    EXPECT_EQ(text().textAfterOffset(0, line, &from, &to), QStringLiteral("three\n"));
+    EXPECT_EQ(text().textBeforeOffset(8, line, &from, &to), QStringLiteral("one two\n"));
+    EXPECT_EQ(text().textBeforeOffset(0, line, &from, &to), QString{});
+    EXPECT_EQ(text().textAfterOffset(18, line, &from, &to), QString{});
 }
 
 TEST_F(LogAccessTest, SelectsByThePositionsOfTheText) {

@@ -47,18 +47,16 @@ TEST(FirstFrameTest, TheMenuBarAsksForNoIcon) {
 }
 
 TEST(FirstFrameTest, AMissingFontIsReplacedByAnInstalledOneOfItsKind) {
-    constexpr auto fixed = FontKind::monospaced, proportional = FontKind::proportional;
-    EXPECT_EQ(installedFamily("DejaVu Sans Mono", fixed), "DejaVu Sans Mono");
-    const auto standIn = [](FontKind kind) {
-        return QString::fromStdString(installedFamily("No Font Of This Name", kind));
-    };
-    for (const FontKind kind : {fixed, proportional})
-        EXPECT_TRUE(QFontDatabase::hasFamily(standIn(kind))) << standIn(kind).toStdString();
-    EXPECT_TRUE(QFontDatabase::isFixedPitch(standIn(fixed)));
-    EXPECT_FALSE(QFontDatabase::isFixedPitch(standIn(proportional)));
+    EXPECT_EQ(installedFamily("DejaVu Sans Mono", FontKind::monospaced), "DejaVu Sans Mono");
     Program program;
-    EXPECT_TRUE(QFontDatabase::hasFamily(interfaceFont(13).family()));
-    EXPECT_TRUE(QFontDatabase::isFixedPitch(monospacedFont(11).family()));
+    for (const FontKind kind : {FontKind::monospaced, FontKind::proportional}) {
+        const bool isFixed = kind == FontKind::monospaced;
+        const auto standIn = QString::fromStdString(installedFamily("No Font Of This Name", kind));
+        EXPECT_TRUE(QFontDatabase::hasFamily(standIn)) << standIn.toStdString();
+        EXPECT_EQ(QFontDatabase::isFixedPitch(standIn), isFixed) << standIn.toStdString();
+        const QString used = (isFixed ? monospacedFont(11) : interfaceFont(13)).family();
+        EXPECT_EQ(QFontDatabase::isFixedPitch(used), isFixed) << used.toStdString();
+    }
 }
 
 TEST(FirstFrameTest, ReadingAheadGivesTheSameFonts) {

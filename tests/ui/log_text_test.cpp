@@ -35,7 +35,7 @@ TEST(LogText, TheViewHasNoControlCharactersWhosePaintingIsSlow) {
 
 TEST(LogText, GivesBackEveryPartHoweverItIsTaken) {
     std::mt19937 random{4000};
-    const auto upTo = [&](int n) { return int(random() % unsigned(n)); };
+    const auto upTo = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
     for (int round = 0; round < 200; ++round) {
         LogText text;
         QString all, view;
@@ -52,8 +52,8 @@ TEST(LogText, GivesBackEveryPartHoweverItIsTaken) {
         ASSERT_EQ(between(text, 0, view.size()), all);
         for (qsizetype at = 0; at <= all.size(); ++at) ASSERT_EQ(text.toText(text.toView(at)), at);
         for (const QString& line : view.split(u'\n')) ASSERT_LE(line.size(), LogText::longestBlock);
-        const int from = upTo(int(view.size()) + 1);
-        const int to = from + upTo(int(view.size()) - from + 1);
+        const int from = upTo(static_cast<int>(view.size()) + 1);
+        const int to = from + upTo(static_cast<int>(view.size()) - from + 1);
         EXPECT_EQ(between(text, 0, from) + between(text, from, to) + between(text, to, view.size()),
                   all);
     }

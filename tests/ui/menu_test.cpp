@@ -25,24 +25,21 @@ class MenuTest : public ProgramTest {
     }
 };
 
-TEST_F(MenuTest, HasTheItemsOfTheMenuTree) {
+TEST_F(MenuTest, HasTheItemsOfTheMenuTreeInTheCurrentLanguage) {
     EXPECT_EQ(titles(), "Oxlade:Quit Oxlade;Edit:Copy;Select All;");
-    EXPECT_EQ(item(0, 0)->shortcut(), QKeySequence{Qt::CTRL | Qt::Key_Q});
-    EXPECT_EQ(item(1, 0)->shortcut(), QKeySequence{Qt::CTRL | Qt::Key_C});
-    EXPECT_EQ(item(1, 1)->shortcut(), QKeySequence{Qt::CTRL | Qt::Key_A});
-    EXPECT_EQ(item(0, 0)->menuRole(), QAction::QuitRole);
-    EXPECT_EQ(item(1, 0)->menuRole(), QAction::NoRole);
-    EXPECT_EQ(item(1, 1)->menuRole(), QAction::NoRole);
-}
-
-TEST_F(MenuTest, FollowsTheLanguageAtOnceAndBack) {
     switchTo(1);
     EXPECT_EQ(titles(), "Oxlade:Завершить Oxlade;Правка:Скопировать;Выбрать все;");
-    switchTo(0);
-    EXPECT_EQ(titles(), "Oxlade:Quit Oxlade;Edit:Copy;Select All;");
+    const std::tuple<QAction*, Qt::Key, QAction::MenuRole> items[] = {
+        {item(0, 0), Qt::Key_Q, QAction::QuitRole},
+        {item(1, 0), Qt::Key_C, QAction::NoRole},
+        {item(1, 1), Qt::Key_A, QAction::NoRole}};
+    for (const auto& [action, key, role] : items) {
+        EXPECT_EQ(action->shortcut(), QKeySequence(Qt::ControlModifier | key));
+        EXPECT_EQ(action->menuRole(), role);
+    }
 }
 
-TEST_F(MenuTest, IsReplacedWithoutResizingTheWindow) {
+TEST_F(MenuTest, IsReplacedAsAWholeWithoutResizingTheWindow) {
     struct Watch final : QObject {
         bool eventFilter(QObject*, QEvent* event) override {
             changes += event->type() == QEvent::Resize;
@@ -51,20 +48,15 @@ TEST_F(MenuTest, IsReplacedWithoutResizingTheWindow) {
         int changes = 0;
     } watch;
     program.window().installEventFilter(&watch);
+    const QPointer<QMenuBar> old = &bar();
+    const QPointer<QAction> oldItem = item(0, 0);
     for (const int segment : {1, 0}) {
         switchTo(segment);
         for (int i = 0; i < 10; ++i) QApplication::processEvents();
     }
     EXPECT_EQ(watch.changes, 0);
-}
-
-TEST_F(MenuTest, ReplacesTheOldOneAsAWhole) {
-    const QPointer<QMenuBar> old = &bar();
-    const QPointer<QAction> oldItem = item(0, 0);
-    switchTo(1);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_TRUE(old.isNull());
-    EXPECT_TRUE(oldItem.isNull());
+    EXPECT_TRUE(old.isNull() && oldItem.isNull());
     EXPECT_EQ(program.window().findChildren<QMenuBar*>().size(), 1);
 }
 
@@ -75,52 +67,51 @@ TEST_F(MenuTest, ItsTitlesHaveNoMnemonics) {
 }
 
 TEST_F(MenuTest, CopyAndSelectAllNeedTheLogToHaveTheKeyboard) {
-    const auto enabled = [&] { return item(1, 0)->isEnabled() && item(1, 1)->isEnabled(); };
-    const auto disabled = [&] { return !item(1, 0)->isEnabled() && !item(1, 1)->isEnabled(); };
-    EXPECT_TRUE(disabled());
-    program.widgets().logView->setFocus();
-    EXPECT_FALSE(item(1, 0)->isEnabled()) << "nothing is selected";
-    EXPECT_TRUE(item(1, 1)->isEnabled());
-    program.widgets().logView->selectEverything();
-    EXPECT_TRUE(enabled());
-    program.widgets().checkButton->setFocus();
-    EXPECT_TRUE(disabled());
-    program.widgets().logView->setFocus();
+    const auto enabled = [this] {
+        return std::pair{item(1, 0)->isEnabled(), item(1, 1)->isEnabled()};
+    };
+    constexpr std::pair neither{false, false}, both{true, true};
+    EXPECT_EQ(enabled(), neither);
+    widgets().logView->setFocus();
+    EXPECT_EQ(enabled(), std::pair(false, true)) << "nothing is selected";
+    widgets().logView->selectEverything();
+    EXPECT_EQ(enabled(), both);
+    widgets().checkButton->setFocus();
+    EXPECT_EQ(enabled(), neither);
+    widgets().logView->setFocus();
     bar().setFocus(Qt::MenuBarFocusReason);
-    EXPECT_TRUE(enabled()) << "a menu opened by keyboard has the focus itself";
+    EXPECT_EQ(enabled(), both) << "a menu opened by keyboard has the focus itself";
     switchTo(1);
-    EXPECT_TRUE(disabled()) << "the segment that was clicked has it now";
+    EXPECT_EQ(enabled(), neither) << "the segment that was clicked has it now";
     EXPECT_TRUE(item(0, 0)->isEnabled());
 }
 
 TEST_F(MenuTest, CopyAndSelectAllActOnTheLogThroughAnOpenMenu) {
-    program.widgets().logView->setFocus();
+    widgets().logView->setFocus();
     bar().setFocus(Qt::MenuBarFocusReason);
     item(1, 1)->trigger();
     item(1, 0)->trigger();
-    EXPECT_EQ(QApplication::clipboard()->text(), program.widgets().logView->string());
+    EXPECT_EQ(QApplication::clipboard()->text(), widgets().logView->string());
 }
 
 TEST_F(MenuTest, WithoutLatinLettersOnTheKeyboardItsKeysWorkByTheirPlace) {
-    const auto press = [this](int key, quint32 scanCode, Qt::KeyboardModifiers modifiers) {
-        QKeyEvent event{QEvent::KeyPress, key, modifiers, scanCode, 0, 0};
+    const auto press = [this](quint32 place, Qt::KeyboardModifiers modifiers, int key = 0x424) {
+        QKeyEvent event{QEvent::KeyPress, key, modifiers, place, 0, 0};
         QCoreApplication::sendEvent(program.window().windowHandle(), &event);
     };
-    constexpr int russian = 0x424; // any letter
-    program.widgets().logView->setFocus();
+    constexpr quint32 a = 38, c = 54, q = 24;
+    widgets().logView->setFocus();
     QApplication::clipboard()->setText(QStringLiteral("before"));
-    press(russian, 38, Qt::NoModifier);
-    press(russian, 38, Qt::ControlModifier | Qt::ShiftModifier);
-    press(Qt::Key_Apostrophe, 38, Qt::ControlModifier); // as on a Latin keyboard of another order
-    press(russian, 54, Qt::ControlModifier);
+    press(a, Qt::NoModifier);
+    press(a, Qt::ControlModifier | Qt::ShiftModifier);
+    press(a, Qt::ControlModifier, Qt::Key_Apostrophe); // as on a Latin keyboard of another order
+    press(c, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("before"));
-    press(russian, 38, Qt::ControlModifier);
-    press(russian, 54, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->text(), program.widgets().logView->string());
-    QTimer::singleShot(0, [&] { press(russian, 24, Qt::ControlModifier); });
-    QTimer deadline;
-    deadline.callOnTimeout([] { QCoreApplication::exit(1); });
-    deadline.start(30'000);
+    press(a, Qt::ControlModifier);
+    press(c, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), widgets().logView->string());
+    QTimer::singleShot(0, [&] { press(q, Qt::ControlModifier); });
+    QTimer::singleShot(30'000, &content(), [] { QCoreApplication::exit(1); });
     EXPECT_EQ(QApplication::exec(), 0) << "it does not quit";
 }
 
@@ -139,13 +130,6 @@ TEST_F(MenuTest, ItsItemsHaveNoIconColumn) {
     while (ink < row.right() && isBlank(ink)) ++ink;
     EXPECT_GE(ink, row.left() + 12);
     EXPECT_LE(ink, row.left() + 18);
-}
-
-TEST(MainMenu, IsKeptUntilTheWindowIsBuilt) {
-    Program program{1};
-    EXPECT_EQ(program.interface->window(), nullptr);
-    program.start();
-    EXPECT_EQ(program.menuBar().actions().size(), 2);
 }
 
 } // namespace

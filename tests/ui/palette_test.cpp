@@ -15,17 +15,17 @@ INSTANTIATE_TEST_SUITE_P(InBothAppearances, Contrast, ::testing::ValuesIn(scheme
                          });
 
 TEST_P(Contrast, LabelsCanBeReadOnTheirGround) {
-    const auto expectReadable = [](SemanticColor text, const QColor& below, const char* what) {
-        EXPECT_GE(contrast(over(color(text, GetParam()), below), below), readable) << what;
-    };
-    const QColor ground = groundColor(GetParam()), card = cardColor(GetParam()),
-                 log = logColor(GetParam());
-    expectReadable(SemanticColor::labelColor, ground, "title on the ground");
-    expectReadable(SemanticColor::secondaryLabelColor, ground, "subtitle on the ground");
-    expectReadable(SemanticColor::linkColor, ground, "link on the ground");
-    expectReadable(SemanticColor::labelColor, card, "status on a card");
-    expectReadable(SemanticColor::secondaryLabelColor, card, "detail on a card");
-    expectReadable(SemanticColor::labelColor, log, "log");
+    const QColor ground = groundColor(GetParam()), card = cardColor(GetParam());
+    const std::pair<SemanticColor, QColor> labels[] = {
+        {SemanticColor::labelColor, ground},
+        {SemanticColor::labelColor, card},
+        {SemanticColor::secondaryLabelColor, ground},
+        {SemanticColor::secondaryLabelColor, card},
+        {SemanticColor::linkColor, ground},
+        {SemanticColor::labelColor, logColor(GetParam())}};
+    for (const auto& [text, below] : labels)
+        EXPECT_GE(contrast(over(color(text, GetParam()), below), below), readable)
+            << static_cast<int>(text) << " on " << below.name().toStdString();
 }
 
 TEST_P(Contrast, EnabledButtonsCanBeReadHoveredAndPressedToo) {
@@ -84,22 +84,16 @@ TEST(Palette, ContrastIsThatOfTheFormula) {
     EXPECT_NEAR(contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
 }
 
-TEST(Palette, TheAccentIsTheDesktopsWhereItHasOne) {
-    QPalette desktop;
-    desktop.setColor(QPalette::Highlight, QColor{0xE9, 0x54, 0x20});
-    EXPECT_EQ(accentOf(desktop, ColorScheme::light), QColor(0xE9, 0x54, 0x20));
-}
-
-TEST(Palette, AnAccentThatDoesNotStandOutIsNotTaken) {
-    QPalette desktop;
-    desktop.setColor(QPalette::Highlight, QColor{0xFA, 0xFA, 0xFA});
-    EXPECT_EQ(accentOf(desktop, ColorScheme::light), accentColor(ColorScheme::light));
-    EXPECT_EQ(accentOf(desktop, ColorScheme::dark), QColor(0xFA, 0xFA, 0xFA));
-}
-
-TEST(Palette, FusionsOwnHighlightIsNoAccent) {
-    const QPalette plain = QApplication::palette();
-    EXPECT_EQ(accentOf(plain, ColorScheme::light), accentColor(ColorScheme::light));
+TEST(Palette, TheAccentIsTheDesktopsWhereItHasOneThatStandsOut) {
+    const QColor orange{0xE9, 0x54, 0x20}, pale{0xFA, 0xFA, 0xFA};
+    const auto own = accentColor(ColorScheme::light);
+    QPalette desktop = QApplication::palette();
+    EXPECT_EQ(accentOf(desktop, ColorScheme::light), own) << "Fusion's own highlight";
+    desktop.setColor(QPalette::Highlight, orange);
+    EXPECT_EQ(accentOf(desktop, ColorScheme::light), orange);
+    desktop.setColor(QPalette::Highlight, pale);
+    EXPECT_EQ(accentOf(desktop, ColorScheme::light), own);
+    EXPECT_EQ(accentOf(desktop, ColorScheme::dark), pale);
 }
 
 } // namespace

@@ -25,32 +25,21 @@
 
 namespace oxlade::test {
 
+using QtWaitingFigure = WaitGirlView;
+using QtWindow = MainWindow;
+
 /// The window's widgets, found by their object names.
 struct Widgets {
     const QWidget& window_;
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name takes none
+#define OXLADE_CONTROL(Interface, name) Qt##Interface* name = find(#name);
+    OXLADE_FOR_EACH_CONTROL(OXLADE_CONTROL)
+#undef OXLADE_CONTROL
     LabelView* titleLabel = find("titleLabel");
-    QtLabel* subtitleLabel = find("subtitleLabel");
-    QtSegmentedControl* languageControl = find("languageControl");
-    WaitGirlView* girlView = find("girlView");
     CardView* deviceCard = find("deviceCard");
-    QtLabel* deviceCaptionLabel = find("deviceCaptionLabel");
-    QtStatusDot* deviceStatusDot = find("deviceStatusDot");
-    QtLabel* deviceStatusLabel = find("deviceStatusLabel");
-    QtLabel* deviceDetailLabel = find("deviceDetailLabel");
-    QtButton* checkButton = find("checkButton");
     CardView* firmwareCard = find("firmwareCard");
-    QtLabel* firmwareCaptionLabel = find("firmwareCaptionLabel");
-    QtFileLabel* firmwareLabel = find("firmwareLabel");
-    QtButton* builtinButton = find("builtinButton");
-    QtButton* chooseButton = find("chooseButton");
     CardView* progressCard = find("progressCard");
-    QtLabel* operationLabel = find("operationLabel");
-    QtLabel* percentLabel = find("percentLabel");
-    QtProgressIndicator* progress = find("progress");
-    QtButton* installButton = find("installButton");
-    QtLabel* logCaptionLabel = find("logCaptionLabel");
     LogScrollView* logScrollView = find("logScrollView");
-    QtLogView* logView = find("logView");
     QtLabel* creditLabel = find("creditLabel");
     QPushButton* websiteLink = find("websiteLink");
 
@@ -66,17 +55,13 @@ struct Widgets {
     }
 };
 
-struct Program {
+struct Program : FakeSystem {
     explicit Program(std::int64_t language = 0, std::string version = "1.0.0",
                      std::string website = "oxlade.example") {
         CurrentLanguage = language;
         interface = std::make_unique<QtUserInterface>(
-            WindowContext{std::move(version), std::move(website), [this] { return reduceMotion; }});
-        files.files[bundledHelper] = {"", true};
-        files.files[bundledImage] = {validImage(3'145'728), false};
-        delegate = std::make_shared<AppDelegate>(
-            System{queue, processes, files, files, defaults, dialogs, dialogs, session}, *interface,
-            "https://oxlade.example/");
+            WindowContext{std::move(version), std::move(website), {}});
+        delegate = std::make_shared<AppDelegate>(system(), *interface, "https://oxlade.example/");
         delegate->installMainMenu();
     }
     ~Program() {
@@ -92,24 +77,7 @@ struct Program {
     Widgets widgets() const { return Widgets{window()}; }
     QWidget& content() const { return *window().centralWidget(); }
     QMenuBar& menuBar() const { return *window().findChild<QMenuBar*>(); }
-    /// Output of the running helper.
-    void print(std::string_view bytes) {
-        processes.last.lock()->print(bytes);
-        queue->run();
-    }
-    void exit(std::int32_t status) {
-        processes.last.lock()->exit(status);
-        queue->run();
-    }
 
-    Trace trace;
-    FakeFiles files;
-    std::shared_ptr<FakeQueue> queue = std::make_shared<FakeQueue>();
-    FakeProcesses processes{trace};
-    FakeDefaults defaults{trace};
-    FakeDialogs dialogs{trace};
-    FakeSession session;
-    bool reduceMotion = false;
     std::unique_ptr<QtUserInterface> interface;
     std::shared_ptr<AppDelegate> delegate;
 };
@@ -135,6 +103,17 @@ class ProgramTest : public ::testing::Test {
     void release(int key) {
         QTest::simulateEvent(program.window().windowHandle(), false, key, {}, QString{}, false);
         QApplication::processEvents();
+    }
+    /// A key event at a time in ms, without those that it causes later. A press may be a shortcut.
+    void sendKey(QEvent::Type type, quint64 time, int key = Qt::Key_Return,
+                 Qt::KeyboardModifiers modifiers = {}) {
+        QWindow* window = program.window().windowHandle();
+        const auto stamp = static_cast<ulong>(time);
+        if (type == QEvent::KeyPress && qt_sendShortcutOverrideEvent(window, stamp, key, modifiers))
+            return;
+        QKeyEvent event{type, key, modifiers};
+        event.setTimestamp(time);
+        QCoreApplication::sendEvent(window, &event);
     }
     /// Clicks the segment of that index.
     void switchTo(int segment) {

@@ -22,24 +22,45 @@ class CountsPaints final : public QObject {
     int count = 0;
 };
 
+/// What a label of that width shows of the text; no line is wider.
+QStringList shown(const TextStyle& style, int width, std::string_view text) {
+    QtLabel label{style, nullptr};
+    label.resize(width, 32);
+    label.setStringValue(text);
+    EXPECT_EQ(label.text(), toQString(text));
+    for (const QString& line : label.displayedLines())
+        EXPECT_LE(label.fontMetrics().horizontalAdvance(line), width);
+    return label.displayedLines();
+}
+
 TEST(QtLabel, AShortTextIsShownWholeAndWithoutMarkup) {
-    QtLabel label{{}, nullptr};
-    label.resize(300, 18);
-    for (const char* text : {"Ready", "<b>a</b> &amp; b&c"}) {
-        label.setStringValue(text);
-        EXPECT_EQ(label.displayedLines(), QStringList{QString::fromUtf8(text)});
-    }
+    for (const char* text : {"Ready", "<b>a</b> &amp; b&c"})
+        EXPECT_EQ(shown({}, 300, text), QStringList{QString::fromUtf8(text)});
 }
 
 TEST(QtLabel, ALongTextEndsInAnEllipsis) {
-    QtLabel label{{}, nullptr};
-    label.resize(60, 18);
-    label.setStringValue("Flashing the MPC4000");
-    const QString shown = label.displayedLines().at(0);
-    EXPECT_TRUE(shown.endsWith(u'\u2026'));
-    EXPECT_TRUE(shown.startsWith(u'F'));
-    EXPECT_LE(label.fontMetrics().horizontalAdvance(shown), 60);
-    EXPECT_EQ(label.text(), QStringLiteral("Flashing the MPC4000"));
+    const QString line = shown({}, 60, "Flashing the MPC4000").join(u'\n');
+    EXPECT_TRUE(line.startsWith(u'F') && line.endsWith(u'\u2026')) << line.toStdString();
+}
+
+TEST(QtLabel, ALongFileNameKeepsItsStartAndItsSize) {
+    const auto text = "mpc4000_operating_system_v1.71_final.bin  \u00B7  3.0 MB";
+    const QString line = shown({.truncation = Truncation::middle}, 190, text).join(u'\n');
+    EXPECT_TRUE(line.startsWith(QStringLiteral("mpc4000")));
+    EXPECT_TRUE(line.endsWith(QStringLiteral("\u00B7  3.0 MB")));
+    EXPECT_TRUE(line.contains(u'\u2026'));
+}
+
+TEST(QtLabel, TwoLinesAreCutAfterTheSecondWithoutAnEllipsis) {
+    const TextStyle style{.pixels = 12, .truncation = Truncation::twoLines};
+    std::string words;
+    for (int i = 0; i < 40; ++i) words += "word" + std::to_string(i) + " ";
+    const QStringList lines = shown(style, 290, words);
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_TRUE(toQString(words).startsWith(lines.join(u' '))) << "broken at a space";
+    const QStringList ofOneWord = shown(style, 290, std::string(300, 'w'));
+    ASSERT_EQ(ofOneWord.size(), 2);
+    EXPECT_GT(ofOneWord.at(0).size(), 10) << "broken anywhere";
 }
 
 TEST(QtLabel, PaintsTheDisplayedLinesLeftToRight) {
@@ -76,39 +97,6 @@ TEST(QtLabel, PaintsTheDisplayedLinesLeftToRight) {
                 painter.end();
                 EXPECT_EQ(painted, expected);
             }
-}
-
-TEST(QtLabel, ALongFileNameKeepsItsStartAndItsSize) {
-    QtFileLabel label{{.weight = QFont::Medium, .truncation = Truncation::middle}, nullptr};
-    label.resize(190, 20);
-    label.setStringValue("mpc4000_operating_system_v1.71_final.bin  \u00B7  3.0 MB");
-    const QString shown = label.displayedLines().at(0);
-    EXPECT_TRUE(shown.startsWith(QStringLiteral("mpc4000")));
-    EXPECT_TRUE(shown.endsWith(QStringLiteral("\u00B7  3.0 MB")));
-    EXPECT_TRUE(shown.contains(u'\u2026'));
-}
-
-TEST(QtLabel, TwoLinesAreCutAfterTheSecondWithoutAnEllipsis) {
-    QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
-    label.resize(290, 32);
-    std::string text;
-    for (int i = 0; i < 40; ++i) text += "word" + std::to_string(i) + " ";
-    label.setStringValue(text);
-    const QStringList lines = label.displayedLines();
-    ASSERT_EQ(lines.size(), 2);
-    EXPECT_TRUE(toQString(text).startsWith(lines.join(u' '))) << "broken at a space, nothing added";
-    EXPECT_FALSE(lines.at(1).contains(u'\u2026'));
-}
-
-TEST(QtLabel, AWordTooLongForALineIsBrokenAnywhere) {
-    QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
-    label.resize(290, 32);
-    const std::string text(300, 'w');
-    label.setStringValue(text);
-    const QStringList lines = label.displayedLines();
-    ASSERT_EQ(lines.size(), 2);
-    for (const QString& line : lines) EXPECT_LE(label.fontMetrics().horizontalAdvance(line), 290);
-    EXPECT_GT(lines.at(0).size(), 10);
 }
 
 TEST(QtLabel, SettingWhatIsShownAlreadyPaintsNothing) {
@@ -151,19 +139,6 @@ TEST(ToolTip, OnlyOfALongPathCanBeWrapped) {
     EXPECT_LE(document.idealWidth(), 600);
 }
 
-TEST(ToolTip, FollowsTheSelection) {
-    Program program;
-    program.start();
-    const QWidget& label = *program.widgets().firmwareLabel;
-    EXPECT_EQ(asShown(label.toolTip()).toStdString(), bundledImage);
-    program.files.files["/images/<i>os</i>.bin"] = {validImage(), false};
-    program.delegate->selectFirmwareAtPath("/images/<i>os</i>.bin");
-    EXPECT_EQ(asShown(label.toolTip()), QStringLiteral("/images/<i>os</i>.bin"));
-    program.delegate->setFirmwarePath({});
-    program.delegate->refreshTexts();
-    EXPECT_EQ(asShown(label.toolTip()), program.widgets().firmwareLabel->text());
-}
-
 /// The column where the sign's ink begins.
 int signStart(const QString& text, const QFont& font) {
     QImage image{100, 20, QImage::Format_RGB32};
@@ -189,8 +164,10 @@ TEST(TabularDigits, DoNotMoveTheSignAfterThem) {
     }
 }
 
-// Every text in its frame, with three fonts and in both languages.
+const std::vector<const char*> detailKeys{"device.checking.detail", "device.failed.detail",
+                                          "device.unknown.detail"};
 
+/// Every text in its frame, with three fonts and in both languages.
 class Fit : public ::testing::TestWithParam<const char*> {
   protected:
     Fit() : before{QApplication::font()} {
@@ -200,20 +177,19 @@ class Fit : public ::testing::TestWithParam<const char*> {
     }
     ~Fit() override { QApplication::setFont(before); }
 
-    /// The text of the key as the label would show it.
-    void expectWhole(QtLabel& label, std::string_view key) {
-        label.setStringValue(L(key));
+    /// The text of the key, in a label or a button.
+    static void expectWhole(QWidget* control, std::string_view key) {
         const QString whole = toQString(L(key));
-        EXPECT_EQ(label.displayedLines().join(u' ').toStdString(), whole.toStdString());
-    }
-    void expectWhole(QtButton& button, std::string_view key) {
-        button.setTitle(L(key));
-        const int width = button.fontMetrics().horizontalAdvance(toQString(L(key)));
+        if (auto* label = dynamic_cast<QtLabel*>(control)) {
+            label->setStringValue(L(key));
+            EXPECT_EQ(label->displayedLines().join(u' ').toStdString(), whole.toStdString());
+            return;
+        }
         QStyleOptionButton option;
-        option.initFrom(&button);
+        option.initFrom(control);
         const QRect shape =
-            button.style()->subElementRect(QStyle::SE_PushButtonContents, &option, &button);
-        EXPECT_LE(width + 12, shape.width()) << L(key);
+            control->style()->subElementRect(QStyle::SE_PushButtonContents, &option, control);
+        EXPECT_LE(control->fontMetrics().horizontalAdvance(whole) + 12, shape.width()) << L(key);
     }
     QFont before;
 };
@@ -224,38 +200,34 @@ INSTANTIATE_TEST_SUITE_P(WithEachFont, Fit, ::testing::Values("DejaVu Sans", "In
                              return name;
                          });
 
-void fitEverything(Program& program, const auto& expectWhole) {
-    const Widgets c = program.widgets();
-    expectWhole(*c.subtitleLabel, "subtitle");
-    expectWhole(*c.deviceCaptionLabel, "device.caption");
-    expectWhole(*c.firmwareCaptionLabel, "firmware.caption");
-    expectWhole(*c.logCaptionLabel, "log.caption");
-    for (const auto* key : {"device.checking", "device.failed", "device.ready", "device.unknown"})
-        expectWhole(*c.deviceStatusLabel, key);
-    for (const auto* key :
-         {"device.checking.detail", "device.failed.detail", "device.unknown.detail"})
-        expectWhole(*c.deviceDetailLabel, key);
-    for (const Translation& entry : translations())
-        if (entry.key.starts_with("op.")) expectWhole(*c.operationLabel, entry.key);
-    expectWhole(*c.checkButton, "button.check");
-    expectWhole(*c.builtinButton, "button.bundled");
-    expectWhole(*c.chooseButton, "button.choose");
-    expectWhole(*c.installButton, "button.install");
-}
+const std::pair<const char*, std::vector<const char*>> keysOfControls[] = {
+    {"subtitleLabel", {"subtitle"}},
+    {"deviceCaptionLabel", {"device.caption"}},
+    {"firmwareCaptionLabel", {"firmware.caption"}},
+    {"logCaptionLabel", {"log.caption"}},
+    {"deviceStatusLabel", {"device.checking", "device.failed", "device.ready", "device.unknown"}},
+    {"deviceDetailLabel", detailKeys},
+    {"checkButton", {"button.check"}},
+    {"builtinButton", {"button.bundled"}},
+    {"chooseButton", {"button.choose"}},
+    {"installButton", {"button.install"}},
+};
 
 TEST_P(Fit, EveryTextOfTheWindowIsShownWhole) {
     for (const std::int64_t language : {0, 1}) {
         Program program{language};
         program.start();
-        ASSERT_EQ(QFontInfo{program.widgets().subtitleLabel->font()}.family(),
-                  QStringLiteral("Inter"))
+        const Widgets all = program.widgets();
+        ASSERT_EQ(QFontInfo{all.subtitleLabel->font()}.family(), QStringLiteral("Inter"))
             << "the others have no Medium and DemiBold";
         const auto fits = [&] {
-            fitEverything(program, [this](auto& control, auto key) { expectWhole(control, key); });
+            for (const auto& [name, keys] : keysOfControls)
+                for (const auto* key : keys) expectWhole(all.find(name), key);
+            for (const Translation& entry : translations())
+                if (entry.key.starts_with("op.")) expectWhole(all.operationLabel, entry.key);
             program.delegate->setFirmwarePath({});
             program.delegate->refreshTexts();
-            const QtFileLabel& label = *program.widgets().firmwareLabel;
-            EXPECT_EQ(label.displayedLines().at(0), label.text());
+            EXPECT_EQ(all.firmwareLabel->displayedLines().at(0), all.firmwareLabel->text());
         };
         fits();
         // Where no better font than DejaVu is installed.
@@ -269,28 +241,25 @@ TEST_P(Fit, EveryTextOfTheWindowIsShownWhole) {
 }
 
 TEST_P(Fit, TwoLinesOfDetailFitTheirFrameAndDoNotTouch) {
+    QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
+    label.resize(290, 32);
+    const auto inkOf = [&](const QString& line, int row) {
+        return label.fontMetrics().tightBoundingRect(line).translated(0, label.baselineOfRow(row));
+    };
     for (const std::int64_t language : {0, 1}) {
         CurrentLanguage = language;
-        QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
-        label.resize(290, 32);
-        for (const auto* key :
-             {"device.checking.detail", "device.failed.detail", "device.unknown.detail"}) {
+        for (const auto* key : detailKeys) {
             label.setStringValue(L(key));
             const QStringList lines = label.displayedLines();
             for (int row = 0; row < lines.size(); ++row) {
-                const QRect ink = label.fontMetrics().tightBoundingRect(lines.at(row));
-                const int baseline = label.baselineOfRow(row);
-                EXPECT_GE(baseline + ink.top(), 0) << L(key);
-                EXPECT_LE(baseline + ink.bottom(), 32) << L(key);
+                EXPECT_GE(inkOf(lines.at(row), row).top(), 0) << L(key);
+                EXPECT_LE(inkOf(lines.at(row), row).bottom(), 32) << L(key);
             }
         }
     }
     CurrentLanguage = 0;
-    QtLabel label{{.pixels = 12, .truncation = Truncation::twoLines}, nullptr};
-    label.resize(290, 32);
-    const QRect ink =
-        label.fontMetrics().tightBoundingRect(QStringLiteral("Agpq\u0419\u0444\u0449"));
-    EXPECT_LE(label.baselineOfRow(0) + ink.bottom(), label.baselineOfRow(1) + ink.top() + 1);
+    const auto tall = QStringLiteral("Agpq\u0419\u0444\u0449");
+    EXPECT_LE(inkOf(tall, 0).bottom(), inkOf(tall, 1).top() + 1);
 }
 
 } // namespace

@@ -59,23 +59,8 @@ TEST_F(ViewTest, DrawsEachPixelAsAWholeSquareAtEveryRatio) {
     expectWholePixels(render(1), view.frames()[4], {24, 17}, 2);
 }
 
-TEST_F(ViewTest, IsLargerThanASmallScreenAndCentred) {
-    view.resize(100, 60);
-    const QImage image = render(1);
-    const QImage& frame = view.frames()[0];
-    // Three columns are cut on the left, and eight rows below and above.
-    for (int y = 0; y < 60; ++y)
-        for (int x = 0; x < 100; ++x) ASSERT_EQ(image.pixel(x, y), frame.pixel(x + 3, y + 8));
-}
-
-TEST_F(ViewTest, HasSixFramesAndShowsTheFirst) {
-    ASSERT_EQ(view.frames().size(), 6U);
-    for (const QImage& frame : view.frames()) EXPECT_EQ(frame.size(), QSize(106, 76));
-    EXPECT_EQ(view.frameIndex(), 0U);
-    EXPECT_EQ(view.timer(), nullptr);
-}
-
 TEST_F(ViewTest, StepsByATimerUntilItIsStopped) {
+    EXPECT_EQ(view.frameIndex(), 0U);
     view.startWaiting();
     const QTimer* timer = view.timer();
     ASSERT_NE(timer, nullptr);
@@ -95,19 +80,15 @@ TEST_F(ViewTest, StepsByATimerUntilItIsStopped) {
 
 TEST_F(ViewTest, WithReducedMotionShowsOneFrameAndAsksAgainAtTheNextStart) {
     reduceMotion = true;
-    view.startWaiting();
-    EXPECT_EQ(view.frameIndex(), 4U);
-    EXPECT_EQ(view.timer(), nullptr);
+    for (int start = 0; start < 2; ++start) {
+        view.startWaiting();
+        EXPECT_EQ(view.frameIndex(), 4U);
+        EXPECT_EQ(view.timer(), nullptr);
+    }
     reduceMotion = false;
     view.startWaiting();
     EXPECT_EQ(view.frameIndex(), 1U);
     EXPECT_NE(view.timer(), nullptr);
-}
-
-TEST(WaitGirlView, IsAnimatedWithoutAReducedMotionCallback) {
-    WaitGirlView view{{}, nullptr};
-    view.startWaiting();
-    EXPECT_EQ(view.frameIndex(), 1U);
 }
 
 } // namespace

@@ -7,21 +7,11 @@
 namespace oxlade::test {
 namespace {
 
-TEST(Layout, CountsFromTheBottomLeftCorner) {
-    EXPECT_EQ(fromBottomLeft({0, 0, 10, 20}, 100), QRect(0, 80, 10, 20));
-    EXPECT_EQ(fromBottomLeft({0, 80, 10, 20}, 100), QRect(0, 0, 10, 20));
-    EXPECT_EQ(fromBottomLeft({90, 0, 10, 20}, 100), QRect(90, 80, 10, 20));
-    EXPECT_EQ(fromBottomLeft({90, 80, 10, 20}, 100), QRect(90, 0, 10, 20));
-    EXPECT_EQ(fromBottomLeft({-5, -7, 10, 20}, 100), QRect(-5, 87, 10, 20));
-}
-
-struct Place {
+const struct {
     const char* name;
     const char* parent;
     QRect frame; ///< from the parent's bottom left corner
-};
-
-const Place places[] = {
+} places[] = {
     {"titleLabel", "content", {26, 552, 420, 32}},
     {"subtitleLabel", "content", {27, 530, 520, 18}},
     {"languageControl", "content", {636, 554, 100, 24}},
@@ -47,27 +37,30 @@ const Place places[] = {
     {"logView", "logScrollView", {0, 0, 712, 156}},
 };
 
+/// From the parent's bottom left corner.
+QRect geometry(const QWidget& widget) {
+    const QRect place = widget.geometry();
+    return {QPoint{place.x(), widget.parentWidget()->height() - 1 - place.bottom()}, place.size()};
+}
+
 class LayoutTest : public ProgramTest {
   protected:
-    QWidget* find(const char* name) {
-        return program.window().findChild<QWidget*>(QLatin1String{name});
-    }
+    QWidget* find(const char* name) { return widgets().find(name); }
 };
 
 TEST_F(LayoutTest, EveryControlHasItsFrameInItsParent) {
-    for (const Place& place : places) {
+    for (const auto& place : places) {
         const QWidget* widget = find(place.name);
         ASSERT_NE(widget, nullptr) << place.name;
         EXPECT_EQ(widget->parentWidget(), find(place.parent)) << place.name;
-        const QRect expected = fromBottomLeft(place.frame, widget->parentWidget()->height());
-        EXPECT_EQ(widget->geometry(), expected) << place.name;
+        EXPECT_EQ(geometry(*widget), place.frame) << place.name;
         EXPECT_TRUE(widget->isVisible()) << place.name;
     }
 }
 
 TEST_F(LayoutTest, LaterControlsStandOnEarlierOnes) {
     QStringList expected, actual;
-    for (const Place& place : places)
+    for (const auto& place : places)
         if (std::string_view{place.parent} == "content") expected << QLatin1String{place.name};
     expected << QStringLiteral("creditLabel") << QStringLiteral("websiteLink");
     for (const QObject* child : program.content().children())
@@ -75,16 +68,14 @@ TEST_F(LayoutTest, LaterControlsStandOnEarlierOnes) {
     EXPECT_EQ(actual.join(u' ').toStdString(), expected.join(u' ').toStdString());
 }
 
-struct Text {
+using enum SemanticColor;
+const struct {
     const char* name;
     int pixels;
     QFont::Weight weight;
     SemanticColor color;
     Truncation truncation = Truncation::tail;
-};
-
-using enum SemanticColor;
-const Text texts[] = {
+} texts[] = {
     {"titleLabel", 26, QFont::Bold, labelColor},
     {"subtitleLabel", 13, QFont::Normal, secondaryLabelColor},
     {"deviceCaptionLabel", 10, QFont::DemiBold, secondaryLabelColor},
@@ -99,7 +90,7 @@ const Text texts[] = {
 };
 
 TEST_F(LayoutTest, EveryTextHasItsFontColourAndTruncation) {
-    for (const Text& text : texts) {
+    for (const auto& text : texts) {
         const auto* label = dynamic_cast<LabelView*>(find(text.name));
         ASSERT_NE(label, nullptr) << text.name;
         const bool isPercent = label == widgets().percentLabel;
@@ -116,6 +107,8 @@ TEST_F(LayoutTest, EveryTextHasItsFontColourAndTruncation) {
         EXPECT_EQ(widget->font().weight(), QFont::Normal);
     }
     EXPECT_TRUE(QFontInfo{find("logView")->font()}.fixedPitch());
+    const QtFileLabel& name = *widgets().firmwareLabel;
+    EXPECT_EQ(name.baselineOfRow(0), name.fontMetrics().ascent()) << "near the titles beside it";
 }
 
 TEST_F(LayoutTest, TheBarClampsItsValueAndStartsEmpty) {
@@ -183,28 +176,19 @@ TEST(CreditLine, ShowsTheVersionIfThereIsOneAndIsCentred) {
         EXPECT_EQ(link.text().toStdString(), website);
         const int credit = label.sizeHint().width(), linkWidth = link.sizeHint().width();
         const int x = static_cast<int>(std::floor((760 - (credit + 4 + linkWidth)) * 0.5));
-        EXPECT_EQ(label.geometry(), fromBottomLeft({x, 15, credit, 14}, 620));
-        EXPECT_EQ(link.geometry(), fromBottomLeft({x + credit + 4, 15, linkWidth, 14}, 620));
+        EXPECT_EQ(geometry(label), QRect(x, 15, credit, 14));
+        EXPECT_EQ(geometry(link), QRect(x + credit + 4, 15, linkWidth, 14));
     }
-}
-
-TEST_F(LayoutTest, TheFileNameIsNearTheTitlesBesideItAndWithinItsFrame) {
-    const QtFileLabel& label = *widgets().firmwareLabel;
-    EXPECT_EQ(label.baselineOfRow(0), label.fontMetrics().ascent());
 }
 
 TEST_F(LayoutTest, TheBarIsRedAfterAFailedFlashUntilTheNextRun) {
     const QColor red = color(systemRedColor, program.window().palette());
     const auto isRed = [&] { return pictureOf(*widgets().progress).pixelColor(5, 10) == red; };
-    for (const std::int64_t language : {0, 1}) {
-        CurrentLanguage = language;
-        widgets().progress->setDoubleValue(63);
-        program.delegate->setOperation("op.error", -1);
-        EXPECT_TRUE(isRed());
-        program.delegate->setOperation("op.checking", -1);
-        EXPECT_FALSE(isRed());
+    widgets().progress->setDoubleValue(63);
+    for (const auto* operation : {"op.checking", "op.error", "op.checking"}) {
+        program.delegate->setOperation(operation, -1);
+        EXPECT_EQ(isRed(), std::string_view{operation} == "op.error");
     }
-    CurrentLanguage = 0;
 }
 
 TEST(LanguageControl, ShowsTheLanguageChosenAtStartWhichIsItsOnlyTabStop) {
@@ -212,19 +196,20 @@ TEST(LanguageControl, ShowsTheLanguageChosenAtStartWhichIsItsOnlyTabStop) {
         Program program{language};
         program.start();
         const QtSegmentedControl& control = *program.widgets().languageControl;
-        const auto isTabStop = [&](int segment) {
-            return (control.childAt(25 + 50 * segment, 12)->focusPolicy() & Qt::TabFocus) != 0;
+        const auto segment = [&](int i) { return control.childAt(25 + 50 * i, 12); };
+        const auto tabStops = [&] {
+            std::vector<int> found;
+            for (const int i : {0, 1})
+                if ((segment(i)->focusPolicy() & Qt::TabFocus) != 0) found.push_back(i);
+            return found;
         };
         EXPECT_EQ(control.selectedSegment(), language);
-        EXPECT_TRUE(isTabStop(language));
-        EXPECT_FALSE(isTabStop(1 - language));
+        EXPECT_EQ(tabStops(), std::vector{language});
         // As a press that is released outside.
-        control.childAt(25 + 50 * (1 - language), 12)->setFocus(Qt::MouseFocusReason);
-        EXPECT_TRUE(isTabStop(language));
-        EXPECT_FALSE(isTabStop(1 - language));
-        QTest::mouseClick(control.childAt(25 + 50 * (1 - language), 12), Qt::LeftButton);
-        EXPECT_TRUE(isTabStop(1 - language));
-        EXPECT_FALSE(isTabStop(language));
+        segment(1 - language)->setFocus(Qt::MouseFocusReason);
+        EXPECT_EQ(tabStops(), std::vector{language});
+        QTest::mouseClick(segment(1 - language), Qt::LeftButton);
+        EXPECT_EQ(tabStops(), std::vector{1 - language});
     }
 }
 
