@@ -218,7 +218,7 @@ class Bench:
     def work(self):
         """Processor time does not depend on how long the threads wait for a processor."""
         size = (50 if self.quick else 200) * MB
-        self.table.head(f"Processor seconds a GB, of {size // MB:,} MB, until all is in the view")
+        self.table.head("Processor seconds a GB of output, until all of it is in the view")
         with plain_world() as world:
             for what, words in (("plain text", f"speed=max,flood-bytes={size}"),
                                 ("progress lines", f"speed=max,flood={size // 50}")):
