@@ -12,10 +12,10 @@ using Byte = unsigned char;
 /// The number of ASCII bytes at the front.
 std::size_t asciiLength(std::string_view bytes) {
     std::size_t length = 0;
-    // Eight at a time: most output is ASCII throughout.
-    for (std::uint64_t word = 0; bytes.size() - length >= sizeof word; length += sizeof word) {
-        std::memcpy(&word, bytes.data() + length, sizeof word);
-        if ((word & 0x8080808080808080U) != 0) break;
+    // 32 at a time: most output is ASCII throughout.
+    for (std::uint64_t words[4]; bytes.size() - length >= sizeof words; length += sizeof words) {
+        std::memcpy(words, bytes.data() + length, sizeof words);
+        if (((words[0] | words[1] | words[2] | words[3]) & 0x8080808080808080U) != 0) break;
     }
     while (length < bytes.size() && static_cast<Byte>(bytes[length]) < 0x80) ++length;
     return length;

@@ -2,7 +2,7 @@
 
 usage: bench.py BUILD-FOLDER [--quick] [PART...]
 
-Parts: micro, windows, idle, flood, run, slowed, line, memory; all without a name.
+Parts: micro, windows, idle, flood, work, run, slowed, line, memory; all without a name.
 What is compared is run in turns, so that changes in the machine's load affect all of
 it. Figures in brackets are minimum and maximum of n runs.
 """
@@ -221,6 +221,31 @@ class Bench:
                           medians["ours"] / medians["the usual way"], "x", least=20)
         self.no_long_gap("in a flood", ours)
 
+    def work(self):
+        """Processor time does not depend on how long the threads wait for a processor."""
+        size = (50 if self.quick else 200) * MB
+        self.table.head("Processor seconds a GB of output, until all of it is in the view")
+        with plain_world() as world:
+            for what, words in (("plain text", f"speed=max,flood-bytes={size}"),
+                                ("progress lines", f"speed=max,flood={size // 50}")):
+                runs = [self.our_way(world, "check", words) for _ in self.turns(5, 1)]
+                for key, thread in (("reader_s", "reader's thread"), ("main_s", "main thread")):
+                    self.table.figures(f"{what}, {thread}",
+                                       [run[key] / run["characters"] * 1e9 for run in runs], "s")
+                self.gaps(what, runs)
+                self.no_long_gap(what, runs, 20)
+        self.table.figures("head -c 1G | cat | cat, all three",
+                           [self.pipe_work() for _ in self.turns(5, 2)], "s")
+
+    @staticmethod
+    def pipe_work():
+        before = os.times()
+        subprocess.run("head -c 1G /dev/zero | cat | cat >/dev/null", shell=True, check=True)
+        after = os.times()
+        used = (after.children_user + after.children_system
+                - before.children_user - before.children_system)
+        return used / 2**30 * 1e9
+
     def gaps(self, name, runs):
         """A gap is as long as the main thread's work in it and its waiting for a
         processor, which on a busy machine says more of the others than of it."""
@@ -320,7 +345,7 @@ class Bench:
                                f"most work in one {run['longest_work_ms']:.1f} ms")
 
 
-PARTS = ("micro", "windows", "idle", "flood", "run", "slowed", "line", "memory")
+PARTS = ("micro", "windows", "idle", "flood", "work", "run", "slowed", "line", "memory")
 
 
 def main(arguments):

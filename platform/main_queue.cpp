@@ -10,8 +10,8 @@ namespace oxlade {
 
 namespace {
 
-// Long enough for some hundred short jobs, short enough to be invisible.
-constexpr std::chrono::milliseconds slice{4};
+// Long enough for some hundred short jobs, much shorter than a frame.
+constexpr std::chrono::milliseconds slice{2};
 
 } // namespace
 

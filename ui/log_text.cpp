@@ -16,12 +16,14 @@ bool endsBlock(QChar c) {
            c == QChar{0xFDD1};
 }
 
-/// Control characters as a box, as a missing glyph looks. For each of them Qt would look for a
-/// glyph in all installed fonts whenever it is painted: 60 ms for a block of NULs.
-QChar shown(QChar c) {
-    const bool hasGlyph = c.category() != QChar::Other_Control || c == u'\t';
-    return hasGlyph ? c : QChar{0x25AF};
-}
+bool isControl(QChar c) { return c < u' ' || (c >= QChar{0x7F} && c < QChar{0xA0}); }
+
+/// Whether the view shows the character as it is, on the same line.
+bool isPlain(QChar c) { return !endsBlock(c) && (!isControl(c) || c == u'\t'); }
+
+/// Control characters are shown as a box, as a missing glyph looks. Qt would search all
+/// installed fonts for a glyph whenever one is painted: 60 ms for a block of NULs.
+constexpr QChar box{0x25AF};
 
 } // namespace
 
@@ -37,8 +39,15 @@ QString LogText::take(qsizetype limit, Lines lines) {
     QString view;
     view.reserve(end - taken_ + 16);
     const qsizetype viewStart = taken_ + static_cast<qsizetype>(breaks_.size());
-    for (; taken_ < end; ++taken_) {
-        const QChar c = text_[taken_];
+    while (taken_ < end) {
+        const qsizetype room = std::clamp<qsizetype>(longestBlock - column_, 0, end - taken_);
+        const QStringView next = QStringView{text_}.sliced(taken_, room);
+        const auto plain = std::find_if_not(next.begin(), next.end(), isPlain) - next.begin();
+        view += next.first(plain);
+        column_ += plain;
+        taken_ += plain;
+        if (taken_ == end) break;
+        const QChar c = text_[taken_++];
         if (endsBlock(c)) {
             // One character for each, so that positions can be counted: QTextDocument would
             // join a carriage return and a line feed.
@@ -52,7 +61,7 @@ QString LogText::take(qsizetype limit, Lines lines) {
             view += u'\n';
             column_ = 0;
         }
-        view += shown(c);
+        view += isPlain(c) ? c : box;
         ++column_;
     }
     return view;

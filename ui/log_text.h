@@ -18,7 +18,7 @@ class LogText final {
     /// A block longer than this is broken in the view, also within a line.
     static constexpr qsizetype longestBlock = 4000;
     /// A block this long takes no further line when lines are packed.
-    static constexpr qsizetype fullBlock = 2000;
+    static constexpr qsizetype fullBlock = 1000;
 
     /// What a line ending becomes in the view: the end of a block, or, when very many lines
     /// come at once, a line separator within a block of many lines.

@@ -32,9 +32,9 @@ constexpr int inset = 10;
 /// grid of the layout, so that the letters are in their middle.
 constexpr int rowShift = 2;
 constexpr int frameMilliseconds = 16;
-constexpr int sliceMilliseconds = 10;
+constexpr int sliceMilliseconds = 4;
 constexpr qsizetype flood = 8 * qsizetype{1024};
-constexpr qsizetype shortestPiece = 2 * qsizetype{1024}, longestPiece = 64 * qsizetype{1024};
+constexpr qsizetype pieceLength = 16 * qsizetype{1024};
 
 std::optional<QAbstractSlider::SliderAction> actionOf(int key) {
     switch (key) {
@@ -73,7 +73,7 @@ bool extendsSelection(const QKeyEvent& event) {
 
 } // namespace
 
-QtLogView::QtLogView(QWidget* parent) : QPlainTextEdit{parent}, pieceLength_{flood} {
+QtLogView::QtLogView(QWidget* parent) : QPlainTextEdit{parent} {
     auto* rows = new QTextDocument{this};
     rows->setDocumentLayout(new RowLayout{rows});
     rows->setDocumentMargin(0);
@@ -127,12 +127,11 @@ void QtLogView::takeSlice(int milliseconds) {
 }
 
 void QtLogView::insert(LogText::Lines lines) {
-    QElapsedTimer spent;
-    spent.start();
     const bool toEnd = selectsToEnd();
     const QTextCursor selected = textCursor();
     const int anchor = selected.anchor(), caret = selected.position();
     QTextCursor end{document()};
+    end.beginEditBlock(); // outside one, each step of the cursor lays out its block
     end.movePosition(QTextCursor::End);
     const int firstBlock = end.blockNumber();
     const bool touched = std::max(anchor, caret) >= end.position();
@@ -141,7 +140,8 @@ void QtLogView::insert(LogText::Lines lines) {
         // as it was appended, without the breaks put in here.
         const QSignalBlocker quietDocument{document()};
         const QSignalBlocker quietLayout{document()->documentLayout()};
-        end.insertText(log_.take(pieceLength_, lines));
+        end.insertText(log_.take(pieceLength, lines));
+        end.endEditBlock();
         if (lines == LogText::Lines::packed)
             estimateRows(document()->findBlockByNumber(firstBlock));
     }
@@ -149,10 +149,6 @@ void QtLogView::insert(LogText::Lines lines) {
         setSelection(toEnd_->viewAnchor, viewEnd());
     else if (touched) // A selection up to the end does not grow.
         setSelection(anchor, caret);
-    if (spent.elapsed() > 5)
-        pieceLength_ = std::max(pieceLength_ / 2, shortestPiece);
-    else if (spent.elapsed() < 2)
-        pieceLength_ = std::min(pieceLength_ * 2, longestPiece);
 }
 
 /// Estimates the height of blocks that have not been laid out yet, for the scroll range. The
@@ -163,7 +159,7 @@ void QtLogView::estimateRows(QTextBlock block) {
     for (; block.isValid(); block = block.next()) {
         int rows = 0;
         const QString text = block.text();
-        for (const QStringView line : QStringView{text}.split(QChar{QChar::LineSeparator}))
+        for (const QStringView line : QStringView{text}.tokenize(QChar{QChar::LineSeparator}))
             rows += 1 + static_cast<int>(std::max<qsizetype>(line.size() - 1, 0) /
                                          std::max<qsizetype>(columns, 1));
         block.setLineCount(rows);

@@ -1,9 +1,8 @@
 // The log: read-only text that is appended to, and can be selected and copied exactly as it
 // was appended. Main thread.
 //
-// Appending is cheap: the text is stored at once, and a flood goes into the view in slices
-// that leave the event loop time to paint and to handle input. Nothing is dropped, and nothing
-// waits for the rest.
+// The text is stored at once. A flood goes into the view in slices of some milliseconds, between
+// which the event loop paints and handles input. Nothing is dropped.
 #pragma once
 
 #include "interfaces/user_interface.h"
@@ -80,7 +79,6 @@ class QtLogView final : public QPlainTextEdit, public LogView {
     };
 
     LogText log_;
-    qsizetype pieceLength_;
     qsizetype announced_ = 0;    ///< how much of the text screen readers were told of
     std::optional<ToEnd> toEnd_; ///< valid while the view still has that selection
     QTimer nextSlice_;           ///< runs only while the view is behind

@@ -7,12 +7,6 @@
 namespace oxlade::benchmarks {
 namespace {
 
-double workOfThread() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-}
-
 Spread spreadOf(std::vector<double> values) {
     if (values.empty()) return {};
     std::sort(values.begin(), values.end());
@@ -21,20 +15,26 @@ Spread spreadOf(std::vector<double> values) {
 
 } // namespace
 
+double threadSeconds() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
 MainThreadWatch::MainThreadWatch(std::function<void()> look) : look_{std::move(look)} {
     times_.reserve(100'000);
     works_.reserve(100'000);
     timer_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
-    workAtTick_ = workOfThread();
+    workAtTick_ = threadSeconds();
     sinceTick_.start();
     timer_.start(1);
 }
 
 void MainThreadWatch::tick() {
-    const double work = workOfThread();
-    times_.push_back(double(sinceTick_.nsecsElapsed()) / 1e6);
-    works_.push_back(work - workAtTick_);
+    const double work = threadSeconds();
+    times_.push_back(static_cast<double>(sinceTick_.nsecsElapsed()) / 1e6);
+    works_.push_back((work - workAtTick_) * 1e3);
     sinceTick_.start();
     workAtTick_ = work;
     look_();

@@ -10,21 +10,24 @@
 
 namespace oxlade::benchmarks {
 
+/// Processor seconds of the calling thread since it started.
+double threadSeconds();
+
 /// In milliseconds.
 struct Spread {
     double longest = 0, percentile99_9 = 0;
 };
 
-/// A gap is the time between two ticks of a timer of one millisecond: whoever
-/// clicks within it waits for its end.
+/// A gap is the time between two ticks of a timer of one millisecond: a click within it
+/// waits for its end.
 struct Gaps {
     Spread time;
-    Spread work; ///< the main thread's processor time in each: the rest of a gap it
-                 ///< was waiting, mostly for a processor that others had
+    Spread work; ///< the main thread's processor time in each gap; for the rest of the gap
+                 ///< the thread was waiting, mostly for a processor
     std::size_t count = 0;
 };
 
-/// Main thread; measures from its making on.
+/// Main thread. Measures from its construction on.
 class MainThreadWatch final {
   public:
     /// `look` is called at each tick.

@@ -1,5 +1,5 @@
-// The program's own way from the helper to the window, all of it real but for the
-// alerts, which are answered at once.
+// The program's own way from the helper to the window. Everything is real but the alerts,
+// which are answered at once.
 //
 // usage: bench_our_way MACOS-FOLDER check|flash|rest [until-exit]
 //
@@ -53,6 +53,7 @@ class Measurement final {
 
     void begin(What what) {
         report_.before = memory();
+        mainSecondsBefore_ = threadSeconds();
         time_.start();
         watch_.emplace([this, what] { look(what); });
         if (what == What::check) delegate_.checkDevice();
@@ -62,7 +63,9 @@ class Measurement final {
   private:
     void look(What what) {
         if (what == What::rest ? time_.elapsed() < 2000 : !isDone()) return;
-        report_.totalMilliseconds = double(time_.nsecsElapsed()) / 1e6;
+        report_.mainSeconds = threadSeconds() - mainSecondsBefore_;
+        report_.readerSeconds = processes_.readerSeconds();
+        report_.totalMilliseconds = static_cast<double>(time_.nsecsElapsed()) / 1e6;
         report_.helperMilliseconds = processes_.milliseconds();
         report_.characters = log_.string().size();
         report_.after = memory();
@@ -80,6 +83,7 @@ class Measurement final {
     QtLogView& log_;
     bool untilExit_;
     FloodReport report_;
+    double mainSecondsBefore_ = 0;
     QElapsedTimer time_;
     std::optional<MainThreadWatch> watch_;
 };
@@ -115,7 +119,7 @@ int main(int argc, char* argv[]) {
     auto& window = static_cast<MainWindow&>(*userInterface.window());
     auto& log = dynamic_cast<QtLogView&>(*window.controls().logView);
     Measurement measurement{*delegate, timedProcesses, log, argc > 3};
-    // When the window stands and is painted.
+    // Once the window is painted.
     QTimer::singleShot(500, [&] { measurement.begin(whatOf(argv[2])); });
     return QApplication::exec();
 }

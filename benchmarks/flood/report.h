@@ -14,7 +14,9 @@ Memory memory();
 
 struct FloodReport {
     double helperMilliseconds = 0; ///< from the launch until its exit was noticed
-    double totalMilliseconds = 0;  ///< until all that it said was in the view
+    double totalMilliseconds = 0;  ///< until all its output was in the view
+    double readerSeconds = 0;      ///< processor time of the thread that reads; 0: the main one
+    double mainSeconds = 0;        ///< processor time of the main thread in the total time
     long long characters = 0;      ///< in the log
     Memory before, after;
     Gaps gaps;

@@ -1,6 +1,7 @@
-// Helper runs that are as those they stand before, and take their time.
+// Helper runs that pass everything on to the real ones and measure them.
 #pragma once
 
+#include "benchmarks/flood/main_thread_watch.h"
 #include "interfaces/system.h"
 
 #include <atomic>
@@ -19,6 +20,8 @@ class TimedProcesses final : public HelperProcesses {
     }
     /// From the launch of the last run until its exit was noticed; 0 before that.
     double milliseconds() const { return milliseconds_; }
+    /// Processor seconds of the thread that reads the output, in the same time.
+    double readerSeconds() const { return readerSeconds_; }
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -32,6 +35,7 @@ class TimedProcesses final : public HelperProcesses {
         }
         void setTerminationHandler(TerminationHandler handler) override {
             real_->setTerminationHandler([this, handler = std::move(handler)] {
+                all_.readerSeconds_ = threadSeconds();
                 all_.milliseconds_ =
                     std::chrono::duration<double, std::milli>(Clock::now() - launched_).count();
                 handler();
@@ -50,7 +54,7 @@ class TimedProcesses final : public HelperProcesses {
     };
 
     HelperProcesses& real_;
-    std::atomic<double> milliseconds_{0};
+    std::atomic<double> milliseconds_{0}, readerSeconds_{0};
 };
 
 } // namespace oxlade::benchmarks
