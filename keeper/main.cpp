@@ -91,7 +91,7 @@ void readInTheProgramsPlace(const Helper& helper) {
         const int ready =
             poll(watched, std::size(watched), helper.mustBePolled() ? pollInterval : -1);
         if (watched[1].revents != 0 || helper.hasEnded()) return;
-        if (ready <= 0 || watched[0].revents == 0) continue;
+        if (ready < 0 || watched[0].revents == 0) continue;
         const ssize_t size = read(keeperOutputDescriptor, buffer, sizeof buffer);
         if (size > 0 || (size < 0 && errno == EINTR)) continue;
         if (helper.isUnknown()) return;
