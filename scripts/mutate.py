@@ -28,11 +28,13 @@ SOURCES = {'.h', '.cpp'}
 # The tests that can kill a mutant, by the start of its path: an executable, and the tests of
 # it, as --gtest_filter takes them.
 RULES = ('controller_test', '*')
-RUNS = ('platform_test', 'HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:Standard*')
+RUNS = ('platform_test', 'Process*:Spawn*:HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:Standard*')
+KEEPER = ('platform_test', '*Keeper*:ProgramTest.*')
 TESTS = {
     'app/': RULES, 'firmware/': RULES, 'i18n/': RULES, 'interfaces/path_names': RULES,
-    'interfaces/keeper_protocol': RUNS, 'keeper/': RUNS, 'platform/child_process': RUNS,
-    'platform/descriptor': RUNS, 'platform/helper_process': RUNS, 'platform/keeper': RUNS,
+    'interfaces/keeper_protocol': KEEPER, 'keeper/main': KEEPER, 'platform/keeper': KEEPER,
+    'keeper/process_end': RUNS, 'platform/child_process': RUNS, 'platform/descriptor': RUNS,
+    'platform/helper_process': RUNS,
     'platform/main_queue': ('platform_test', 'MainQueue*'),
     'platform/bundle': ('platform_test', '*Bundle*'),
     'platform/file_system': ('platform_test', 'PosixFileSystem*:UserDefaults*'),
