@@ -123,6 +123,13 @@ TEST(HelperProcess, ArgumentsReachTheHelperByteForByte) {
     EXPECT_EQ(run.text(), expected);
 }
 
+TEST(Spawn, AStreamThatIsNotOpenIsRefused) {
+    const Descriptor none;
+    ChildProcess process;
+    EXPECT_EQ(spawn({helper, {}, nullptr, &none, nullptr}, process), EBADF);
+    EXPECT_FALSE(process.isRunning());
+}
+
 TEST(HelperProcess, OnlyTheStandardStreamsReachTheHelper) {
     const Descriptor inheritable(open("/dev/null", O_RDONLY));
     ASSERT_GT(inheritable.get(), 2);
@@ -224,46 +231,34 @@ TEST(HelperProcess, ARefusedLaunchGivesTheSystemsReasonAndCallsNobody) {
     }
 }
 
-// While it lives, `spare` more descriptors can be opened.
-class FewDescriptors {
-  public:
-    explicit FewDescriptors(int spare) {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        std::vector<Descriptor> taken;
-        for (int i = 0; i <= spare; ++i)
-            taken.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC));
-        rlimit fewer = before_;
-        fewer.rlim_cur = static_cast<rlim_t>(taken.back().get());
-        setrlimit(RLIMIT_NOFILE, &fewer);
-    }
-    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
-    FewDescriptors(const FewDescriptors&) = delete;
-    FewDescriptors& operator=(const FewDescriptors&) = delete;
-
-  private:
-    rlimit before_{};
-};
+// The result of the launch when `spare` more descriptors can be opened.
+std::optional<std::string> launchWithDescriptors(HelperProcess& process, rlim_t spare) {
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const auto next = Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)).get();
+    const rlimit fewer{static_cast<rlim_t>(next) + spare, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &fewer);
+    const auto refusal = process.launch();
+    setrlimit(RLIMIT_NOFILE, &before);
+    return refusal;
+}
 
 TEST(HelperProcess, WithTooFewDescriptorsALaunchIsRefusedOrRuns) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizer needs a pipe of its own";
 #endif
     int refused = 0, ran = 0;
-    for (int spare = 0; spare < 16; ++spare) {
+    for (rlim_t spare = 0; spare < 16; ++spare) {
         RecordedRun run(helper, {"print", "10"}, PosixHelperProcesses(OXLADE_KEEPER));
-        std::optional<std::string> refusal;
-        {
-            const FewDescriptors few{spare};
-            refusal = run.process->launch();
-        }
-        if (refusal) {
-            EXPECT_EQ(*refusal, std::system_category().message(EMFILE));
-            EXPECT_TRUE(isReleased(run.process));
-            EXPECT_EQ(run.calls(), 0);
-        } else {
-            EXPECT_TRUE(run.waitForExit());
-        }
+        const auto refusal = launchWithDescriptors(*run.process, spare);
         ++(refusal ? refused : ran);
+        if (!refusal) {
+            EXPECT_TRUE(run.waitForExit());
+            continue;
+        }
+        EXPECT_EQ(*refusal, std::system_category().message(EMFILE));
+        EXPECT_TRUE(isReleased(run.process));
+        EXPECT_EQ(run.calls(), 0);
     }
     EXPECT_GT(refused, 0);
     EXPECT_GT(ran, 0);

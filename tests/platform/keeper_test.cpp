@@ -1,16 +1,11 @@
-// The keeper: beside real runs, after the end of the program, and by itself.
+// The keeper, beside real runs and by itself.
 #include "interfaces/keeper_protocol.h"
+#include "keeper/process_end.h"
+#include "tests/platform/keeper_fixture.h"
 #include "tests/platform/no_pidfd.h"
-#include "tests/platform/recorded_run.h"
-#include "tests/testing/processes.h"
-#include "tests/testing/temporary_folder.h"
 
 #include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <fcntl.h>
 #include <linux/sockios.h>
-#include <random>
 #include <sstream>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -21,44 +16,15 @@
 namespace oxlade::test {
 namespace {
 
-// Programs in a folder of the test's own, by which their processes are known.
-class KeeperTest : public testing::Test {
-  protected:
-    KeeperTest() {
-        std::filesystem::permissions(folder_.path(), std::filesystem::perms{0755});
-        std::filesystem::copy_file(OXLADE_KEEPER, keeper_);
-        std::filesystem::copy_file(OXLADE_TEST_HELPER, helper_);
-        std::filesystem::copy_file(OXLADE_TEST_DRIVER, driver_);
-        folder_.file("lock");
-    }
-    ~KeeperTest() override { killAll(); }
-
-    void killAll() const {
-        for (const auto& program : {helper_, keeper_, driver_})
-            for (const pid_t left : processesOf(program)) kill(left, SIGKILL);
-    }
-
-    RecordedRun run(std::vector<std::string> arguments, SleepLock* lock = nullptr) const {
-        return {helper_, std::move(arguments), PosixHelperProcesses(keeper_, lock)};
-    }
-    bool keeperIsThere() const { return !processesOf(keeper_).empty(); }
-    bool keeperHasGone() const {
-        return eventually([this] { return !keeperIsThere(); });
-    }
-    // The only one; 0 when there are none or several.
-    pid_t keeper() const {
-        const auto keepers = processesOf(keeper_);
-        EXPECT_EQ(keepers.size(), 1u);
-        return keepers.size() == 1 ? keepers.front() : 0;
-    }
-
-    const Descriptor null_{open("/dev/null", O_RDWR | O_CLOEXEC)};
-    const TemporaryFolder folder_;
-    const std::string keeper_ = folder_.path("keeper");
-    const std::string helper_ = folder_.path("helper");
-    const std::string driver_ = folder_.path("driver");
-    const std::string lock_ = folder_.path("lock");
-};
+TEST(ProcessEnd, IsThatOfAZombieAndOfAReapedProcess) {
+    EXPECT_FALSE(processHasEnded(getpid()));
+    const pid_t process = fork();
+    if (process == 0) _exit(0);
+    EXPECT_TRUE(eventually([&] { return processHasEnded(process); }));
+    EXPECT_EQ(waitpid(process, nullptr, 0), process);
+    EXPECT_TRUE(processHasEnded(process));
+    EXPECT_LT(openProcessEnd(process), 0);
+}
 
 TEST_F(KeeperTest, EndsWithTheRunWhileAGrandchildHoldsThePipe) {
     auto over = run({"child", lock_, "10"});
@@ -270,162 +236,6 @@ TEST_F(KeeperTest, EndsWithStatusTwoUnlessTheProgramStartedIt) {
         ASSERT_EQ(spawn({keeper_, arguments, output, lifeline, &null_}, process), 0);
         EXPECT_TRUE(eventually([&] { return process.reapIfEnded(); }));
         EXPECT_EQ(process.exitStatus(), 2);
-    }
-}
-
-struct Ending {
-    std::string how;
-    int signal = 0;
-    bool leavesChild = false;
-    bool hasPidfds = true;
-};
-
-// A program that runs a helper and ends.
-class ProgramTest : public KeeperTest {
-  protected:
-    ProgramTest() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
-    ~ProgramTest() override {
-        killAll();
-        while (waitpid(-1, nullptr, 0) > 0) {
-        }
-        prctl(PR_SET_CHILD_SUBREAPER, 0);
-    }
-    // What the driver writes first. `processes`: see there.
-    char start(const Ending& ending, int processes, std::vector<std::string> helperArguments,
-               const Descriptor& lock = {}) {
-        auto output = makePipe();
-        std::vector<std::string> all{driver_, ending.how, std::to_string(processes), keeper_,
-                                     helper_};
-        all.insert(all.end(), helperArguments.begin(), helperArguments.end());
-        program_ = fork();
-        if (program_ == 0) become(all, ending, processes, output->second, lock);
-        output->second.reset();
-        char byte = 0;
-        EXPECT_EQ(read(output->first.get(), &byte, 1), 1);
-        return byte;
-    }
-    // It ends as it was meant to, and not by a fault on the way.
-    void end(const Ending& ending) const {
-        const int signal = ending.how == "abort" ? SIGABRT : ending.signal;
-        if (ending.signal != 0) kill(program_, ending.signal);
-        int status = -1;
-        ASSERT_EQ(waitpid(program_, &status, 0), program_);
-        if (signal == 0) {
-            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-        } else {
-            EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
-        }
-    }
-
-    pid_t program_ = 0;
-
-  private:
-    [[noreturn]] static void become(std::vector<std::string>& all, const Ending& ending,
-                                    int processes, const Descriptor& output,
-                                    const Descriptor& lock) {
-        std::vector<char*> vector;
-        for (auto& argument : all) vector.push_back(argument.data());
-        vector.push_back(nullptr);
-        dup2(output.get(), 1);
-        if (lock)
-            dup2(lock.get(), 3);
-        else
-            close(3);
-        const uid_t user = 2'000'000'000 + static_cast<uid_t>(getpid()); // has no other process
-        if (processes >= 0 && setresuid(user, user, user) != 0) _exit(126);
-        if (!ending.hasPidfds && !forbidPidfds()) _exit(126);
-        for (const int each : {SIGINT, SIGQUIT}) // which a shell's background jobs ignore
-            std::signal(each, SIG_DFL);
-        execv(vector.front(), vector.data());
-        _exit(127);
-    }
-};
-
-// The test is the subreaper and reaps nobody: a helper that has ended stays a zombie.
-class KeeperAfterTheEnd : public ProgramTest, public testing::WithParamInterface<Ending> {};
-
-TEST_P(KeeperAfterTheEnd, AStrictHelperFinishesAndNothingOfOursIsLeft) {
-    const auto& ending = GetParam();
-    const auto marker = folder_.path("finished");
-    WatchedLock watched;
-    std::vector<std::string> arguments{"strict", marker, lock_};
-    if (ending.leavesChild) arguments.push_back(folder_.file("lock of the child"));
-    ASSERT_EQ(start(ending, -1, arguments, watched.lock), 'r');
-    watched.lock.reset();
-    ASSERT_NO_FATAL_FAILURE(end(ending));
-    EXPECT_TRUE(keeperIsThere());
-    EXPECT_TRUE(watched.isHeld()) << "the computer stays awake";
-    folder_.remove("lock"); // the helper writes more than the pipe holds
-    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(marker); }));
-    EXPECT_TRUE(keeperHasGone());
-    EXPECT_TRUE(watched.isReleased()) << "the computer may sleep again";
-    if (ending.leavesChild) folder_.remove("lock of the child");
-}
-
-std::vector<Ending> endings() {
-    std::vector<Ending> all;
-    for (const bool leavesChild : {false, true}) {
-        for (const int signal : {SIGKILL, SIGINT, SIGHUP, SIGTERM, SIGQUIT})
-            all.push_back({"wait", signal, leavesChild});
-        for (const char* const how : {"return", "exit", "abort"})
-            all.push_back({how, 0, leavesChild});
-    }
-    all.push_back({"wait", SIGKILL, false, false});
-    all.push_back({"wait", SIGKILL, true, false});
-    return all;
-}
-
-INSTANTIATE_TEST_SUITE_P(Each, KeeperAfterTheEnd, testing::ValuesIn(endings()),
-                         [](const auto& test) {
-                             const Ending& ending = test.param;
-                             return ending.how + std::to_string(ending.signal) +
-                                    (ending.leavesChild ? "WithATalkingChild" : "") +
-                                    (ending.hasPidfds ? "" : "WithoutPidfds");
-                         });
-
-// Its orphans, a helper and a keeper, become children of the test. The first program is not
-// killed. For 10,000 kills: --gtest_repeat=200.
-TEST_F(ProgramTest, ThatIsKilledAtAnyTimeLeavesAHelperThatFinishes) {
-    std::mt19937 random(std::random_device{}());
-    std::chrono::nanoseconds wholeRun{};
-    for (int kills = -1; kills < 50; ++kills) {
-        const auto begin = std::chrono::steady_clock::now();
-        program_ = fork();
-        if (program_ == 0) { // its helper writes more than a pipe holds
-            auto going = run({"strict", folder_.path("finished"), folder_.path("missing")});
-            _exit(going.finish() == 0 ? 0 : 1);
-        }
-        if (kills >= 0) {
-            std::this_thread::sleep_for(wholeRun *
-                                        std::uniform_real_distribution(0.0, 1.2)(random));
-            kill(program_, SIGKILL);
-        }
-        int status = 0;
-        for (pid_t ended = 0; (ended = waitpid(-1, &status, 0)) > 0;)
-            EXPECT_EQ(status, ended == program_ && status != 0 ? SIGKILL : 0);
-        if (kills < 0) wholeRun = std::chrono::steady_clock::now() - begin;
-    }
-}
-
-TEST_F(ProgramTest, ThatMayHaveFewProcessesRunsTheHelperWithoutAKeeper) {
-#ifdef __SANITIZE_THREAD__
-    GTEST_SKIP() << "the sanitizer starts a thread of its own";
-#endif
-    if (geteuid() != 0) GTEST_SKIP() << "only root can become a user without processes";
-    const std::vector<std::tuple<int, char, bool>> cases{
-        {0, 'x', false}, {1, 'x', false}, {2, 'r', false}, {3, 'r', true}};
-    for (const auto& [processes, answer, hasKeeper] : cases) {
-        const auto lock = folder_.file("case");
-        const Ending killed{"wait", SIGKILL};
-        ASSERT_EQ(start(killed, processes, {"until-gone", lock}), answer) << processes;
-        EXPECT_EQ(keeperIsThere(), hasKeeper) << processes;
-        if (answer == 'r')
-            ASSERT_NO_FATAL_FAILURE(end(killed));
-        else
-            waitpid(program_, nullptr, 0);
-        folder_.remove("case");
-        while (waitpid(-1, nullptr, 0) > 0) { // until helper and keeper have ended
-        }
     }
 }
 
