@@ -28,7 +28,8 @@ SOURCES = {'.h', '.cpp'}
 # The tests that can kill a mutant, by the start of its path: an executable, and the tests of
 # it, as --gtest_filter takes them.
 RULES = ('controller_test', '*')
-RUNS = ('platform_test', 'Process*:Spawn*:HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:Standard*')
+RUNS = ('platform_test', 'Process*:Spawn*:HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:'
+                         'Descriptor*:Standard*')
 KEEPER = ('platform_test', '*Keeper*:ProgramTest.*')
 TESTS = {
     'app/': RULES, 'firmware/': RULES, 'i18n/': RULES, 'interfaces/path_names': RULES,

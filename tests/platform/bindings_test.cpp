@@ -6,6 +6,7 @@
 #include "tests/testing/temporary_folder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
@@ -294,6 +295,12 @@ TEST(PreferredLanguages, AreThoseOfTheVariableLanguageButInTheLocaleC) {
         unsetenv(variable);
     setenv("LANG", "ru_RU.UTF-8", 1); // not installed here
     EXPECT_EQ(preferredLanguages().front(), "ru-RU");
+}
+
+TEST(Descriptor, ClosingKeepsErrno) {
+    errno = EMFILE;
+    Descriptor(INT_MAX).reset(); // which fails
+    EXPECT_EQ(errno, EMFILE);
 }
 
 // In a child: opens those of the standard streams whose bits are set. Returns a bit for each
