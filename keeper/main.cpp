@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstring>
 #include <initializer_list>
+#include <iterator>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -44,10 +45,10 @@ struct Received {
     int attached = none;
 };
 
+// The socket has no options: nothing but descriptors can be attached.
 int attachedTo(msghdr& header) {
     const cmsghdr* const part = CMSG_FIRSTHDR(&header);
-    if (part == nullptr || part->cmsg_level != SOL_SOCKET || part->cmsg_type != SCM_RIGHTS)
-        return none;
+    if (part == nullptr) return none;
     int descriptor = none;
     std::memcpy(&descriptor, CMSG_DATA(part), sizeof descriptor);
     return descriptor;
@@ -55,11 +56,11 @@ int attachedTo(msghdr& header) {
 
 // False: the program is gone.
 bool receive(Received& received) {
-    iovec content{&received.message, sizeof received.message};
+    iovec content[] = {{&received.message, sizeof received.message}};
     alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))];
     msghdr header{};
-    header.msg_iov = &content;
-    header.msg_iovlen = 1;
+    header.msg_iov = content;
+    header.msg_iovlen = std::size(content);
     header.msg_control = control;
     header.msg_controllen = sizeof control;
     ssize_t size = 0;
@@ -87,9 +88,10 @@ void readInTheProgramsPlace(const Helper& helper) {
     pollfd watched[] = {{keeperOutputDescriptor, POLLIN, 0}, {helper.endDescriptor(), POLLIN, 0}};
     constexpr int pollInterval = 500; // milliseconds
     for (;;) {
-        const int ready = poll(watched, 2, helper.mustBePolled() ? pollInterval : -1);
+        const int ready =
+            poll(watched, std::size(watched), helper.mustBePolled() ? pollInterval : -1);
         if (watched[1].revents != 0 || helper.hasEnded()) return;
-        if (ready <= 0 || watched[0].revents == 0) continue;
+        if (ready < 0 || watched[0].revents == 0) continue;
         const ssize_t size = read(keeperOutputDescriptor, buffer, sizeof buffer);
         if (size > 0 || (size < 0 && errno == EINTR)) continue;
         if (helper.isUnknown()) return;

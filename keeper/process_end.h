@@ -1,18 +1,21 @@
-// Waiting for another process to end. Compiled into the program and into its keeper.
+// Waiting for the end of a process, a child of the caller or not. Compiled into the program
+// and into its keeper. Any thread.
 #pragma once
 
 #include <sys/types.h>
 
 namespace oxlade {
 
-/// Opens a close-on-exec descriptor that polls readable once the process has ended, be it
-/// reaped or not: a pidfd on Linux, a kqueue on macOS. The caller closes it. Returns -1
-/// when the system has none, is out of descriptors, or there is no such process. Any
-/// thread.
+/// Opens a close-on-exec descriptor that polls readable from the end of the process on, be
+/// it reaped or not: a pidfd on Linux, a kqueue on macOS. It stands for this process, also
+/// when another one gets its number later. The caller closes it. Returns -1, and errno says
+/// why, when the system has no such descriptors (Linux before 5.3), none is left, or there
+/// is no such process.
 int openProcessEnd(pid_t process);
 
-/// Whether the process has ended, for use where openProcessEnd gives none. Takes any
-/// process, not only a child of the caller; a zombie has ended. Any thread.
+/// Whether the process has ended: for use from time to time where openProcessEnd gives no
+/// descriptor. A zombie has ended; without /proc, only when it is reaped. Goes by the number
+/// alone: another process that has got it counts as this one.
 bool processHasEnded(pid_t process);
 
 } // namespace oxlade

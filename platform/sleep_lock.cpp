@@ -27,7 +27,7 @@ Owned<sd_bus> systemBus() {
 }
 
 // The message owns its descriptor and closes it.
-Descriptor copyOf(int descriptor) { return Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 3)); }
+Descriptor copyOf(int descriptor) { return Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 0)); }
 
 // "sleep" does not cover the lid, which has a name of its own.
 constexpr const char* allEvents = "sleep:idle:handle-lid-switch:shutdown";

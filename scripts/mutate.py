@@ -28,13 +28,23 @@ SOURCES = {'.h', '.cpp'}
 # The tests that can kill a mutant, by the start of its path: an executable, and the tests of
 # it, as --gtest_filter takes them.
 RULES = ('controller_test', '*')
-RUNS = ('platform_test', 'HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:Standard*')
+RUNS = ('platform_test', 'Process*:Spawn*:HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:'
+                         'Descriptor*:Standard*')
+KEEPER = ('platform_test', '*Keeper*:ProgramTest.*')
 TESTS = {
     'app/': RULES, 'firmware/': RULES, 'i18n/': RULES, 'interfaces/path_names': RULES,
-    'interfaces/keeper_protocol': RUNS, 'keeper/': RUNS, 'platform/child_process': RUNS,
-    'platform/descriptor': RUNS, 'platform/helper_process': RUNS, 'platform/keeper': RUNS,
+    'interfaces/keeper_protocol': KEEPER, 'keeper/main': KEEPER, 'platform/keeper': KEEPER,
+    'keeper/process_end': RUNS, 'platform/child_process': RUNS, 'platform/descriptor': RUNS,
+    'platform/helper_process': RUNS,
     'platform/main_queue': ('platform_test', 'MainQueue*'),
+    'platform/bundle': ('platform_test', '*Bundle*'),
+    'platform/file_system': ('platform_test', 'PosixFileSystem*:UserDefaults*'),
+    'platform/user_environment': ('platform_test', 'UserDefaults*:PreferredLanguages*'),
+    'platform/sleep_lock': ('platform_bus_test', 'LoginManager*:*WithoutABus*'),
 }
+# A bus of its own for a test executable.
+WRAPPERS = {'platform_bus_test': ['dbus-run-session', '--config-file=../tests/platform/bus.conf',
+                                  '--']}
 PATIENCE_SECONDS = 5  # of a test that waits for what does not happen
 CPU_SECONDS = 20  # of one test executable; what loops for ever ends there, however busy the machine
 WALL_SECONDS = 90  # what waits for ever ends there
@@ -124,9 +134,9 @@ class Tree:
         """The name of the first test that fails, or None."""
         with tempfile.TemporaryFile('w+', errors='replace') as output:
             process = subprocess.Popen(
-                [self.programs[target], '--gtest_fail_fast', f'--gtest_filter={tests}'],
-                stdout=output, stderr=subprocess.STDOUT, preexec_fn=limit, cwd=self.build,
-                env=self.environment)
+                [*WRAPPERS.get(target, []), self.programs[target], '--gtest_fail_fast',
+                 f'--gtest_filter={tests}'], stdout=output, stderr=subprocess.STDOUT,
+                preexec_fn=limit, cwd=self.build, env=self.environment)
             try:
                 status = process.wait(WALL_SECONDS)
             except subprocess.TimeoutExpired:

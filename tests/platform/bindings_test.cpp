@@ -6,6 +6,7 @@
 #include "tests/testing/temporary_folder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
@@ -66,44 +67,38 @@ TEST(BundleVersion, IsEmptyForAMalformedList) {
     EXPECT_EQ(versionIn("<plist>" + deep), "");
 }
 
-TEST(QtBundle, IsFoundFromItsExecutable) {
+TEST(QtBundle, IsTheDirectoryAboveContentsOrElseThatOfTheExecutable) {
     const TemporaryFolder folder;
-    folder.file("X.app/Contents/MacOS/program");
     const auto image = folder.file("X.app/Contents/Resources/image.bin");
     folder.file("X.app/Contents/Info.plist", propertyList(versionEntry));
     const QtBundle bundle(folder.path("X.app/Contents/MacOS"));
     EXPECT_EQ(bundle.bundlePath(), folder.path("X.app"));
     EXPECT_EQ(bundle.pathForResource("image", "bin"), image);
     EXPECT_EQ(bundle.version(), "1.2.3");
-}
-
-TEST(QtBundle, OutsideOfABundleResourcesAreBesideTheExecutable) {
-    const TemporaryFolder folder;
-    const auto image = folder.file("image.bin");
-    const QtBundle bundle(folder.path("."));
-    EXPECT_EQ(bundle.bundlePath(), folder.path("."));
-    EXPECT_EQ(bundle.pathForResource("image", "bin"), folder.path("./image.bin"));
-    EXPECT_EQ(bundle.version(), "");
-}
-
-TEST(QtBundle, IsAbsoluteAlsoAtTheRoot) {
-    EXPECT_EQ(QtBundle("/Contents/MacOS").bundlePath(), "/");
-    EXPECT_EQ(QtBundle("").bundlePath(), "/");
+    folder.file("plain");
+    const QtBundle directory(folder.path("."));
+    EXPECT_EQ(directory.bundlePath(), folder.path("."));
+    EXPECT_EQ(directory.pathForResource("plain", ""), folder.path("./plain"));
+    EXPECT_EQ(directory.version(), "");
+    for (const char* const root : {"/Contents/MacOS", ""})
+        EXPECT_EQ(QtBundle(root).bundlePath(), "/");
 }
 
 TEST(QtBundle, LooksForAResourceAtEachCall) {
     const TemporaryFolder folder;
-    const QtBundle bundle(folder.path("."));
-    EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt);
+    const auto image = folder.path("./image.bin");
+    const auto isFound = [bundle = QtBundle(folder.path(".")), &image] {
+        return bundle.pathForResource("image", "bin") == image;
+    };
+    EXPECT_FALSE(isFound());
     folder.file("image.bin");
-    EXPECT_NE(bundle.pathForResource("image", "bin"), std::nullopt);
+    EXPECT_TRUE(isFound());
     folder.remove("image.bin");
-    EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt);
-    std::filesystem::create_directory(folder.path("image.bin"));
-    EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt) << "a directory is no file";
+    std::filesystem::create_directory(image);
+    EXPECT_FALSE(isFound()) << "a directory is no file";
     folder.remove("image.bin");
-    std::filesystem::create_symlink("/nowhere", folder.path("image.bin"));
-    EXPECT_EQ(bundle.pathForResource("image", "bin"), std::nullopt) << "nor is a dangling link";
+    std::filesystem::create_symlink("/nowhere", image);
+    EXPECT_FALSE(isFound()) << "nor is a dangling link";
 }
 
 TEST(QtBundle, TheRunningExecutableIsFoundThroughLinks) {
@@ -134,44 +129,46 @@ TEST(PosixFileSystem, SizesAreInBytesAndThatOfAMissingFileIsZero) {
     EXPECT_EQ(files.fileSize(folder.path("link")), 5u);
 }
 
-// In a process of its own, which may have to become another user: root may execute it.
+// The wait status of a child process that runs the task and exits with what it returns.
+template <typename Task>
+int statusOfChild(Task task) {
+    const pid_t process = fork();
+    if (process == 0) _exit(task());
+    int status = -1;
+    EXPECT_EQ(waitpid(process, &status, 0), process);
+    return status;
+}
+
 TEST(PosixFileSystem, AFileThatOnlyOtherUsersMayExecuteIsNotExecutable) {
     const TemporaryFolder folder;
     const auto program = folder.program("program");
-    const bool isRoot = geteuid() == 0;
+    const bool isRoot = geteuid() == 0; // who may execute it: the child becomes somebody else
     chmod(folder.path().c_str(), 0755);
     chmod(program.c_str(), isRoot ? 0700 : 0077);
-    const pid_t process = fork();
-    if (process == 0) {
-        constexpr uid_t freshUser = 2047483646; // of no other test
-        if (isRoot && setresuid(freshUser, freshUser, freshUser) != 0) _exit(2);
-        _exit(PosixFileSystem().isExecutableFile(program) ? 1 : 0);
-    }
-    int status = -1;
-    EXPECT_EQ(waitpid(process, &status, 0), process);
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(statusOfChild([&] {
+                  const uid_t user = 2'000'000'000 + static_cast<uid_t>(getpid());
+                  if (isRoot && setresuid(user, user, user) != 0) return 2;
+                  return PosixFileSystem().isExecutableFile(program) ? 1 : 0;
+              }),
+              0);
 }
 
-TEST(PosixFileSystem, TheHeadIsWhatTheFileBeginsWith) {
+TEST(PosixFileSystem, TheHeadIsWhatAFileBeginsWith) {
     const TemporaryFolder folder;
     const PosixFileSystem files;
     const std::string bytes("ab\0\xFF"
                             "cd",
                             6);
     const auto file = folder.file("file", bytes);
-    EXPECT_EQ(files.head(file, 4), bytes.substr(0, 4));
-    EXPECT_EQ(files.head(file, 6), bytes);
-    EXPECT_EQ(files.head(file, 100), bytes);
-    EXPECT_EQ(files.head(file, 0), "");
-    EXPECT_EQ(files.head(folder.path("missing"), 4), "");
-    EXPECT_EQ(files.head(folder.path(), 4), "");
-    EXPECT_EQ(files.head("/dev/zero", 4), "");
-}
-
-TEST(PosixFileSystem, ReadingAPipeDoesNotBlock) {
-    const TemporaryFolder folder;
-    ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(PosixFileSystem().head(folder.path("pipe"), 4), "");
+    for (const std::size_t limit : {0u, 4u, 6u, 100u})
+        EXPECT_EQ(files.head(file, limit), bytes.substr(0, limit));
+    const auto pipe = folder.path("pipe"); // opening it would block
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const auto& other :
+         {folder.path("missing"), folder.path(), std::string("/dev/zero"), pipe})
+        EXPECT_EQ(files.head(other, 4), "");
+    const auto large = folder.file("large", std::string(10000, 'x') + "yz");
+    EXPECT_EQ(files.head(large, 10001), std::string(10000, 'x') + 'y');
 }
 
 // A write lease on a file; the kernel asks for its release by SIGIO.
@@ -225,13 +222,6 @@ TEST(PosixFileSystem, TheCurrentDirectoryIsTheProcesss) {
 class UserDefaultsTest : public testing::Test {
   protected:
     UserDefaultsTest() { setenv("XDG_CONFIG_HOME", folder_.path().c_str(), 1); }
-
-    // What is read when the settings file has this line.
-    std::optional<std::string> stored(const std::string& line) const {
-        folder_.file("Oxlade/Oxlade.conf", "[General]\n" + line + '\n');
-        return QtUserDefaults().string("InterfaceLanguage");
-    }
-
     const TemporaryFolder folder_;
 };
 
@@ -272,15 +262,20 @@ TEST_F(UserDefaultsTest, APipeInTheFilesPlaceIsNotOpened) {
 }
 
 TEST_F(UserDefaultsTest, OddContentDoesNoHarm) {
-    EXPECT_EQ(stored("InterfaceLanguage=ru"), "ru");
-    EXPECT_EQ(stored("InterfaceLanguage=ru, en"), std::nullopt);
-    EXPECT_EQ(stored("InterfaceLanguage=@Invalid()"), std::nullopt);
-    EXPECT_EQ(stored("InterfaceLanguage=@ByteArray(ru)"), "ru");
-    EXPECT_EQ(stored("InterfaceLanguage=@Size(1 2)"), std::nullopt);
-    EXPECT_EQ(stored("InterfaceLanguage=@Variant(\\0\\0\\0\\x7f\\xff\\xff)"), std::nullopt);
-    EXPECT_EQ(stored("InterfaceLanguage=42"), "42");
-    EXPECT_EQ(stored("no equals sign"), std::nullopt);
-    EXPECT_EQ(stored(std::string("\0\xFF\xFE", 3)), std::nullopt);
+    const std::vector<std::pair<std::string, std::optional<std::string>>> cases{
+        {"InterfaceLanguage=ru", "ru"},
+        {"InterfaceLanguage=ru, en", std::nullopt},
+        {"InterfaceLanguage=@Invalid()", std::nullopt},
+        {"InterfaceLanguage=@ByteArray(ru)", "ru"},
+        {"InterfaceLanguage=@Size(1 2)", std::nullopt},
+        {"InterfaceLanguage=@Variant(\\0\\0\\0\\x7f\\xff\\xff)", std::nullopt},
+        {"InterfaceLanguage=42", "42"},
+        {"no equals sign", std::nullopt},
+        {std::string("\0\xFF\xFE", 3), std::nullopt}};
+    for (const auto& [line, value] : cases) {
+        folder_.file("Oxlade/Oxlade.conf", "[General]\n" + line + '\n');
+        EXPECT_EQ(QtUserDefaults().string("InterfaceLanguage"), value) << line;
+    }
 }
 
 TEST(PreferredLanguages, AreThoseOfTheVariableLanguageButInTheLocaleC) {
@@ -302,38 +297,33 @@ TEST(PreferredLanguages, AreThoseOfTheVariableLanguageButInTheLocaleC) {
     EXPECT_EQ(preferredLanguages().front(), "ru-RU");
 }
 
-// In a process of its own, whose exit status tells which streams were closed before.
+TEST(Descriptor, ClosingKeepsErrno) {
+    errno = EMFILE;
+    Descriptor(INT_MAX).reset(); // which fails
+    EXPECT_EQ(errno, EMFILE);
+}
+
+// In a child: opens those of the standard streams whose bits are set. Returns a bit for each
+// that is /dev/null afterwards; 8 for another descriptor that was opened.
 int openedStreams(unsigned closed) {
-    const pid_t process = fork();
-    if (process == 0) {
-        struct stat null {};
-        stat("/dev/null", &null);
-        const int lowest = fcntl(1, F_DUPFD, 3);
-        close(lowest);
-        for (int stream = 0; stream < 3; ++stream)
-            if ((closed >> stream & 1) != 0) close(stream);
-        struct stat before {};
-        const bool hadInput = fstat(0, &before) == 0;
-        openClosedStandardStreams();
-        if (fcntl(1, F_DUPFD, 3) != lowest) _exit(102); // another one was opened
-        struct stat facts[3]{};
-        int opened = 0;
-        for (int stream = 0; stream < 3; ++stream) {
-            if (fstat(stream, &facts[stream]) != 0) _exit(100);
-            if ((closed >> stream & 1) != 0 && facts[stream].st_rdev == null.st_rdev)
-                opened |= 1 << stream;
-        }
-        if (hadInput && before.st_ino != facts[0].st_ino) _exit(101);
-        _exit(opened);
+    const auto pipe = makePipe(); // reading it fails
+    const auto nextDescriptor = [&] { return Descriptor(fcntl(pipe->second.get(), F_DUPFD, 3)); };
+    const int next = nextDescriptor().get();
+    for (int stream = 0; stream < 3; ++stream)
+        (closed >> stream & 1) != 0 ? close(stream) : dup2(pipe->second.get(), stream);
+    openClosedStandardStreams();
+    int opened = nextDescriptor().get() == next ? 0 : 8;
+    for (int stream = 0; stream < 3; ++stream) {
+        char byte = 0;
+        if (read(stream, &byte, 1) == 0 && write(stream, &byte, 1) == 1) opened |= 1 << stream;
     }
-    int status = 0;
-    EXPECT_EQ(waitpid(process, &status, 0), process);
-    return WEXITSTATUS(status);
+    return opened;
 }
 
 TEST(StandardStreams, ThoseThatAreClosedAreOpenedAsDevNull) {
     for (unsigned closed = 0; closed < 8; ++closed)
-        EXPECT_EQ(openedStreams(closed), static_cast<int>(closed));
+        EXPECT_EQ(WEXITSTATUS(statusOfChild([=] { return openedStreams(closed); })),
+                  static_cast<int>(closed));
 }
 
 } // namespace

@@ -20,25 +20,18 @@ namespace {
 
 const std::string helper = OXLADE_TEST_HELPER;
 
-std::string outputOf(std::vector<std::string> arguments) {
-    RecordedRun run(helper, std::move(arguments));
-    EXPECT_NE(run.finish(), std::nullopt);
-    return run.text();
-}
-
 std::optional<std::int32_t> statusOf(std::vector<std::string> arguments) {
     return RecordedRun(helper, std::move(arguments)).finish();
 }
 
-// Of a shell that is the helper.
+std::optional<std::int32_t> shellStatus(std::string script) {
+    return RecordedRun("/bin/sh", {"-c", std::move(script)}).finish();
+}
+
 std::string shellOutput(std::string script) {
     RecordedRun run("/bin/sh", {"-c", std::move(script)});
     EXPECT_EQ(run.finish(), 0);
     return run.text();
-}
-
-std::optional<std::int32_t> statusAfter(int signal) {
-    return RecordedRun("/bin/sh", {"-c", "kill -" + std::to_string(signal) + " $$"}).finish();
 }
 
 void expectWholeRuns(int count, const std::string& keeper) {
@@ -59,7 +52,7 @@ TEST(HelperProcess, WithoutPidfdsRunsAreTheSame) {
     std::thread([] {
         ASSERT_TRUE(forbidPidfds());
         expectWholeRuns(20, OXLADE_KEEPER);
-        EXPECT_EQ(statusAfter(SIGKILL), SIGKILL);
+        EXPECT_EQ(shellStatus("kill -9 $$"), SIGKILL);
         const TemporaryFolder folder;
         EXPECT_EQ(statusOf({"child", folder.file("lock"), "1000"}), 5);
     }).join();
@@ -73,14 +66,11 @@ TEST(HelperProcess, BothOutputsComeAsOneStreamInTheOrderOfWriting) {
               expected);
 }
 
-TEST(HelperProcess, TheExitStatusIsReported) {
+TEST(HelperProcess, TheStatusIsTheExitStatusOrTheSignal) {
     for (const int status : {0, 1, 7, 128, 255})
-        EXPECT_EQ(statusOf({"print", "10", std::to_string(status)}), status);
-}
-
-TEST(HelperProcess, ADeathByASignalReportsTheSignalAndNeverSuccess) {
+        EXPECT_EQ(shellStatus("exit " + std::to_string(status)), status);
     for (const int signal : {SIGKILL, SIGTERM, SIGHUP, SIGINT, SIGUSR1})
-        EXPECT_EQ(statusAfter(signal), signal);
+        EXPECT_EQ(shellStatus("kill -" + std::to_string(signal) + " $$"), signal);
 }
 
 TEST(HelperProcess, AnExitStatusIsReceivedAlsoWhenSigchldWasIgnoredAtOurStart) {
@@ -123,21 +113,21 @@ TEST(HelperProcess, AHelperThatClosesItsOutputRunsOnUntilItExits) {
 }
 
 TEST(HelperProcess, ArgumentsReachTheHelperByteForByte) {
-    const std::vector<std::string> arguments{"",     "--yes",       "two words",     "\"quoted\"",
-                                             "it's", "line\nbreak", "$HOME `id` \\", "\xFF\xC3",
-                                             "*?",   "\xD0\x96"};
+    const std::vector<std::string> arguments{"arguments",  "",     "--yes",       "two words",
+                                             "\"quoted\"", "it's", "line\nbreak", "$HOME `id` \\",
+                                             "\xFF\xC3",   "*?",   "\xD0\x96"};
     std::string expected;
-    for (const auto& argument : arguments) {
-        for (const char byte : argument) {
-            constexpr char digits[] = "0123456789abcdef";
-            const auto value = static_cast<unsigned char>(byte);
-            (expected += digits[value >> 4]) += digits[value & 15];
-        }
-        expected += '\n';
-    }
-    auto all = arguments;
-    all.insert(all.begin(), "arguments");
-    EXPECT_EQ(outputOf(all), expected);
+    for (const auto& argument : arguments) expected += argument + '\0';
+    RecordedRun run(helper, arguments);
+    EXPECT_EQ(run.finish(), 0);
+    EXPECT_EQ(run.text(), expected);
+}
+
+TEST(Spawn, AStreamThatIsNotOpenIsRefused) {
+    const Descriptor none;
+    ChildProcess process;
+    EXPECT_EQ(spawn({helper, {}, nullptr, &none, nullptr}, process), EBADF);
+    EXPECT_FALSE(process.isRunning());
 }
 
 TEST(HelperProcess, OnlyTheStandardStreamsReachTheHelper) {
@@ -241,46 +231,34 @@ TEST(HelperProcess, ARefusedLaunchGivesTheSystemsReasonAndCallsNobody) {
     }
 }
 
-// While it lives, `spare` more descriptors can be opened.
-class FewDescriptors {
-  public:
-    explicit FewDescriptors(int spare) {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        std::vector<Descriptor> taken;
-        for (int i = 0; i <= spare; ++i)
-            taken.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC));
-        rlimit fewer = before_;
-        fewer.rlim_cur = static_cast<rlim_t>(taken.back().get());
-        setrlimit(RLIMIT_NOFILE, &fewer);
-    }
-    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
-    FewDescriptors(const FewDescriptors&) = delete;
-    FewDescriptors& operator=(const FewDescriptors&) = delete;
-
-  private:
-    rlimit before_{};
-};
+// The result of the launch when `spare` more descriptors can be opened.
+std::optional<std::string> launchWithDescriptors(HelperProcess& process, rlim_t spare) {
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const auto next = Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)).get();
+    const rlimit fewer{static_cast<rlim_t>(next) + spare, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &fewer);
+    const auto refusal = process.launch();
+    setrlimit(RLIMIT_NOFILE, &before);
+    return refusal;
+}
 
 TEST(HelperProcess, WithTooFewDescriptorsALaunchIsRefusedOrRuns) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizer needs a pipe of its own";
 #endif
     int refused = 0, ran = 0;
-    for (int spare = 0; spare < 16; ++spare) {
+    for (rlim_t spare = 0; spare < 16; ++spare) {
         RecordedRun run(helper, {"print", "10"}, PosixHelperProcesses(OXLADE_KEEPER));
-        std::optional<std::string> refusal;
-        {
-            const FewDescriptors few{spare};
-            refusal = run.process->launch();
-        }
-        if (refusal) {
-            EXPECT_EQ(*refusal, std::system_category().message(EMFILE));
-            EXPECT_TRUE(isReleased(run.process));
-            EXPECT_EQ(run.calls(), 0);
-        } else {
-            EXPECT_TRUE(run.waitForExit());
-        }
+        const auto refusal = launchWithDescriptors(*run.process, spare);
         ++(refusal ? refused : ran);
+        if (!refusal) {
+            EXPECT_TRUE(run.waitForExit());
+            continue;
+        }
+        EXPECT_EQ(*refusal, std::system_category().message(EMFILE));
+        EXPECT_TRUE(isReleased(run.process));
+        EXPECT_EQ(run.calls(), 0);
     }
     EXPECT_GT(refused, 0);
     EXPECT_GT(ran, 0);
@@ -324,7 +302,7 @@ TEST(HelperProcess, ReleasingTheRunLeavesTheHelperAlone) {
 // What the helper writes at once comes at once: nobody else cuts a line.
 TEST(HelperProcess, AChunkIsAllThatThePipeHolds) {
     for (const auto& [mode, size] :
-         {std::pair("once", 60000u), std::pair("once-through-a-larger-pipe", 500000u)}) {
+         {std::pair("print", 60000u), std::pair("print-through-a-larger-pipe", 500000u)}) {
         RecordedRun run(helper, {mode, std::to_string(size)});
         EXPECT_EQ(run.finish(), 0);
         EXPECT_EQ(run.text().size(), size);
