@@ -31,18 +31,11 @@ constexpr int checkColumn = 16, shortcutGap = 28;
 bool focusByKeyboard = false;
 
 void followFocus(const QFocusEvent& event) {
-    switch (event.reason()) {
-    case Qt::MouseFocusReason:
-        focusByKeyboard = false;
-        break;
-    case Qt::TabFocusReason:
-    case Qt::BacktabFocusReason:
-    case Qt::ShortcutFocusReason:
+    const Qt::FocusReason reason = event.reason();
+    if (reason == Qt::MouseFocusReason) focusByKeyboard = false;
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+        reason == Qt::ShortcutFocusReason)
         focusByKeyboard = true;
-        break;
-    default:
-        break;
-    }
 }
 
 bool has(const QStyleOption& option, QStyle::StateFlag flag) { return option.state & flag; }
@@ -239,7 +232,9 @@ class InterfaceStyle final : public QProxyStyle {
     using QProxyStyle::unpolish;
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::FocusIn) followFocus(static_cast<const QFocusEvent&>(*event));
+        // A dialog that is shown sends such an event without moving the focus.
+        if (event->type() == QEvent::FocusIn && static_cast<const QWidget*>(watched)->hasFocus())
+            followFocus(static_cast<const QFocusEvent&>(*event));
         return QProxyStyle::eventFilter(watched, event);
     }
 

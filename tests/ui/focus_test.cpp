@@ -2,6 +2,9 @@
 #include "tests/ui/program.h"
 #include "ui/palette.h"
 
+#include <QDialog>
+#include <QPushButton>
+
 #include <string>
 #include <vector>
 
@@ -58,6 +61,19 @@ TEST_F(FocusTest, AClickShowsNoRing) {
     QTest::mouseClick(widgets().logView->viewport(), Qt::LeftButton, {}, {300, 100});
     QApplication::processEvents();
     ASSERT_TRUE(widgets().logView->hasFocus());
+    EXPECT_EQ(count(picture(), ring), count(before, ring));
+}
+
+TEST_F(FocusTest, ADialogThatIsShownCountsAsNoKey) {
+    QTest::mouseClick(widgets().logView->viewport(), Qt::LeftButton, {}, {300, 100});
+    const QImage before = picture();
+    QDialog dialog;
+    QPushButton button{&dialog};
+    button.setFocus();
+    dialog.show();
+    dialog.hide();
+    widgets().checkButton->setFocus(Qt::OtherFocusReason);
+    const QColor ring = markColor(program.window().palette());
     EXPECT_EQ(count(picture(), ring), count(before, ring));
 }
 
