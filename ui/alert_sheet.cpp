@@ -280,11 +280,13 @@ void AlertSheet::drawBackdrop(QPainter& painter) const {
     const bool dark = schemeOf(palette()) == ColorScheme::dark;
     painter.fillRect(rect(), QColor{0, 0, 0, dark ? 110 : 56});
     painter.setRenderHint(QPainter::Antialiasing);
-    constexpr int reach = 30, fall = 8;
-    for (int i = 2; i <= reach; i += 2) {
+    constexpr int reach = 32, fall = 8;
+    const double deepest = dark ? 6 : 3; // of 255, at the panel's edge
+    for (int i = 1; i <= reach; ++i) {
         QPainterPath ring;
         ring.addRoundedRect(panel_.adjusted(-i, fall - i, i, fall + i), radius_ + i, radius_ + i);
-        painter.fillPath(ring, QColor{0, 0, 0, dark ? 6 : 3});
+        painter.fillPath(
+            ring, QColor{0, 0, 0, static_cast<int>(std::lround(deepest * (reach - i) / reach))});
     }
 }
 
