@@ -1,8 +1,8 @@
 # The Debian packages that the other scripts need, and their installation. Bash, to be
 # sourced.
 
-build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-qpa-plugins libsystemd-dev libfontconfig-dev
-                qt6-translations-l10n fonts-inter fonts-dejavu-core)
+build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev libsystemd-dev libfontconfig-dev
+                fonts-inter fonts-dejavu-core)
 # A virtual display and session, and what the UI test driver uses.
 display_packages=(xvfb openbox xdotool dbus at-spi2-core python3-gi
                   imagemagick x11-utils x11-xserver-utils procps)
