@@ -49,11 +49,8 @@ int main(int argc, char* argv[]) {
                                       userInterface, websiteAddress);
     controller = delegate.get();
     delegate->installMainMenu();
-    if (delegate->applicationShouldTerminateAfterLastWindowClosed())
-        QObject::connect(qApp, &QGuiApplication::lastWindowClosed, [] { QApplication::exit(); });
-    // In the event loop: exec() ignores an exit() before it, as during an alert at the start.
-    QTimer::singleShot(0, [&delegate] { delegate->applicationDidFinishLaunching(); });
     desktop.awaitColorScheme(50); // else the frame of a dark window begins light
-    QApplication::exec();
+    userInterface.run([&delegate] { delegate->applicationDidFinishLaunching(); },
+                      delegate->applicationShouldTerminateAfterLastWindowClosed());
     return 0;
 }

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
+#include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
@@ -131,6 +132,16 @@ void QtUserInterface::activateIgnoringOtherApps() {
 void QtUserInterface::setColorScheme(std::optional<ColorScheme> preference) {
     appearance_->setPreference(preference);
     if (window_) renewFrame(*window_);
+}
+
+void QtUserInterface::run(const std::function<void()>& didFinishLaunching,
+                          bool terminateAfterLastWindowClosed) {
+    if (terminateAfterLastWindowClosed)
+        QObject::connect(qApp, &QGuiApplication::lastWindowClosed, quitFilter_.get(),
+                         [] { QCoreApplication::exit(); });
+    // Not before exec(), which ignores an earlier exit().
+    QTimer::singleShot(0, quitFilter_.get(), didFinishLaunching);
+    QApplication::exec();
 }
 
 QWidget* QtUserInterface::window() const { return window_.get(); }

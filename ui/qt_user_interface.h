@@ -5,6 +5,7 @@
 #include "interfaces/user_interface.h"
 #include "ui/window_content.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -40,6 +41,11 @@ class QtUserInterface final : public UserInterface {
     /// The appearance that the user chose for the desktop; nullopt: that of the desktop's
     /// palette. Can be called at any time.
     void setColorScheme(std::optional<ColorScheme> preference);
+
+    /// Runs the event loop until the program ends. `didFinishLaunching` is called in it: an exit
+    /// during an alert at the start counts. The close of the last window ends it at once if asked
+    /// for, so no alert can open after that.
+    void run(const std::function<void()>& didFinishLaunching, bool terminateAfterLastWindowClosed);
 
     /// The window, or null before it is built: the parent of dialogs.
     QWidget* window() const;

@@ -1,8 +1,11 @@
 // What keys, the mouse and closing do in the window. Keys in a real display: tests/e2e.
+#include "tests/testing/eventually.h"
 #include "tests/ui/program.h"
+#include "ui/qt_dialogs.h"
 #include "ui/text.h"
 
 #include <QRadioButton>
+#include <QTimer>
 
 namespace oxlade::test {
 namespace {
@@ -11,6 +14,15 @@ class WindowTest : public ProgramTest {
   protected:
     int flashesAsked() {
         return static_cast<int>(toQString(program.trace.take()).count(u"critical alert"));
+    }
+    void runEventLoop(const std::function<void()>& start) {
+        QTimer watch;
+        watch.callOnTimeout([] {
+            ADD_FAILURE() << "the program goes on";
+            QCoreApplication::exit();
+        });
+        watch.start(deadline);
+        program.interface->run(start, true);
     }
 };
 
@@ -91,6 +103,18 @@ TEST_F(WindowTest, ClosesWithoutAQuestion) {
     program.trace.take();
     EXPECT_TRUE(program.window().close());
     EXPECT_EQ(program.trace.take(), "");
+}
+
+TEST_F(WindowTest, ItsCloseEndsTheProgramBeforeAnAlertCanOpen) {
+    QtDialogs dialogs{[this] { return &program.window(); }};
+    runEventLoop([&] {
+        program.window().close();
+        EXPECT_FALSE(dialogs.runAlert({AlertStyle::informational, "DONE", {}, {}}));
+    });
+}
+
+TEST_F(WindowTest, AnExitDuringTheStartEndsTheProgram) {
+    runEventLoop([] { QCoreApplication::exit(); });
 }
 
 TEST_F(WindowTest, ActivatingTheProgramGivesItTheKeyboard) {
