@@ -2,6 +2,7 @@
 # sourced.
 
 build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-qpa-plugins libsystemd-dev libfontconfig-dev
+                libwayland-dev wayland-protocols
                 qt6-translations-l10n fonts-inter fonts-dejavu-core)
 # A virtual display and session, and what the UI test driver uses.
 display_packages=(xvfb openbox xdotool dbus at-spi2-core python3-gi
