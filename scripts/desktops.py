@@ -45,8 +45,9 @@ class Tour:
         self.program = DesktopProgram(desktop, self.bundle, behaviour, sampler=self.sampler)
 
     def steps(self) -> dict[str, Callable[[], None]]:
-        return {"check": self.check, "flash": self.flash, "chooser": self.choose,
-                "dark": self.dark, "clipboard": self.copy, "close": self.close}
+        return {"check": self.check, "flash": self.flash, "attention": self.attention,
+                "chooser": self.choose, "dark": self.dark, "clipboard": self.copy,
+                "close": self.close}
 
     def picture(self, state: str) -> None:
         try:
@@ -72,6 +73,26 @@ class Tour:
         self.picture("done")
         program.answer(texts.done)
         assert self.sampler.holds(self.bundle.image), self.sampler.state()
+
+    def attention(self) -> None:
+        """The closing alert of a flash opens while another program is in front."""
+        program, desktop = self.program, self.desktop
+        if not desktop.has_input:
+            raise Impossible("no input device, so no window is in front")
+        self.sampler.shut("write:47")
+        program.start_flashing()
+        self.sampler.wait_at("write:47")
+        other = desktop.start_other_program()
+        program.wait(lambda: not program.is_in_front(), "the other program to be in front")
+        assert not desktop.wants_attention(program)
+        self.sampler.open("write:47")
+        try:
+            program.wait(lambda: desktop.wants_attention(program), "the call for attention")
+            self.picture("attention")
+        finally:
+            other.kill()
+            other.wait()
+        program.in_front().answer(program.texts.done)
 
     def choose(self) -> None:
         program = self.program

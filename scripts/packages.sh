@@ -2,7 +2,7 @@
 # sourced.
 
 build_packages=(g++ cmake ninja-build pkg-config qt6-base-dev libsystemd-dev libfontconfig-dev
-                fonts-inter fonts-dejavu-core)
+                libwayland-dev wayland-protocols fonts-inter fonts-dejavu-core)
 # A virtual display and session, and what the UI test driver uses.
 display_packages=(xvfb openbox xdotool dbus at-spi2-core python3-gi
                   imagemagick x11-utils x11-xserver-utils procps)

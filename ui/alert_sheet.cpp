@@ -1,5 +1,6 @@
 #include "ui/alert_sheet.h"
 
+#include "ui/attention.h"
 #include "ui/interface_style.h"
 #include "ui/main_menu.h"
 #include "ui/palette.h"
@@ -218,7 +219,7 @@ bool AlertSheet::run() {
     if (isWindow())
         activateWindow();
     else
-        QApplication::alert(window()); // nothing if that is active
+        askForAttention(this);
     buttons_.first()->setFocus(Qt::OtherFocusReason);
     QAccessibleEvent opened{this, QAccessible::Alert};
     QAccessible::updateAccessibility(&opened);

@@ -26,6 +26,7 @@ class Impossible(Exception):
 class Desktop(World):
     """An X11 window manager: keys and pictures by X11, the dark switch by a stand-in."""
     window_manager = ["openbox", "--sm-disable"]
+    other_program = ["xmessage", "-center", "another program"]
     is_wayland = False
     has_input = True
 
@@ -65,6 +66,14 @@ class Desktop(World):
     def clipboard(self) -> str:
         return self.ask(["xclip", "-selection", "clipboard", "-out"])
 
+    def start_other_program(self) -> subprocess.Popen[bytes]:
+        """A program whose window comes in front."""
+        return self._start(self.other_program)[0]
+
+    def wants_attention(self, program: Program) -> bool:
+        """Whether the program's window is marked as one that waits for the user."""
+        return "ATTENTION" in self.ask(["xprop", "-id", program.window, "_NET_WM_STATE"])
+
     def close_window(self, program: Program) -> None:
         self.run("wmctrl", "-i", "-c", program.window)
 
@@ -80,6 +89,7 @@ class Xfwm4(Desktop):
 class Compositor(Desktop):
     """A Wayland compositor."""
     is_wayland = True
+    other_program = ["weston-flower"]
     socket = "wayland-1"
     variables: dict[str, str] = {}
 
@@ -132,9 +142,19 @@ class Sway(Compositor):
         *modifiers, key = keys
         self.run("wtype", *(word for each in modifiers for word in ("-M", each)), key)
 
-    def close_window(self, program: Program) -> None:
+    def _socket(self) -> str:
         (socket,) = Path(self.environment["XDG_RUNTIME_DIR"]).glob("sway-ipc.*")
-        self.run("swaymsg", "-s", str(socket), "kill")
+        return str(socket)
+
+    def wants_attention(self, program: Program) -> bool:
+        def is_marked(node: dict) -> bool:
+            return (node.get("pid") == program.pid and node["urgent"]
+                    or any(is_marked(each) for each in node["nodes"] + node["floating_nodes"]))
+        return is_marked(json.loads(
+            self.ask(["swaymsg", "-s", self._socket(), "-t", "get_tree", "--raw"])))
+
+    def close_window(self, program: Program) -> None:
+        self.run("swaymsg", "-s", self._socket(), "kill")
 
 
 class Weston(Compositor):
@@ -161,7 +181,7 @@ class KWin(Compositor):
     socket = "wayland-7"
     variables = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true",
                  "KDE_SESSION_VERSION": "5", "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1",
-                 "KWIN_COMPOSE": "O2"}
+                 "KWIN_COMPOSE": "O2", "QT_LOGGING_RULES": "kwin_scripting.debug=true"}
 
     def command(self) -> list[str]:
         # A copy loses the file's capabilities, which not every container grants.
@@ -186,6 +206,27 @@ class KWin(Compositor):
         self.run("convert", "-size", f"{size['width']}x{size['height']}", "-depth", "8",
                  str(raw), "-alpha", "off", str(file))
         raw.unlink()
+
+    def wants_attention(self, program: Program) -> bool:
+        """A script of the compositor prints it into the log."""
+        script, log = self.folder / "attention.js", self.folder / "kwin_wayland.log"
+        script.write_text("workspace.clientList().forEach(window => print("
+                          "'attention', window.pid, window.demandsAttention));", encoding="ascii")
+        begin = log.stat().st_size
+        bus = self.connect()
+        for path, interface, method, arguments in (
+                ("/Scripting", "org.kde.kwin.Scripting", "loadScript",
+                 GLib.Variant("(ss)", (str(script), "attention"))),
+                ("/Scripting", "org.kde.kwin.Scripting", "start", None),
+                ("/Scripting", "org.kde.kwin.Scripting", "unloadScript",
+                 GLib.Variant("(s)", ("attention",)))):
+            bus.call_sync("org.kde.KWin", path, interface, method, arguments, None,
+                          Gio.DBusCallFlags.NONE, 60_000, None)
+            if method == "start":
+                wait_until(lambda: f"attention {program.pid} " in log.read_text()[begin:],
+                           "the script's answer")
+        bus.close_sync(None)
+        return f"attention {program.pid} true" in log.read_text()[begin:]
 
 
 class Gnome(Compositor):
@@ -258,6 +299,20 @@ class Gnome(Compositor):
             "St.ClipboardType.CLIPBOARD, (_, text) => { global.oxladeText = text; });"
             "global.oxladeText || ''")
         return json.loads(GLib.Variant.parse(None, answer.strip(), None, None).unpack()[1])
+
+    def start_other_program(self) -> subprocess.Popen[bytes]:
+        """Over the middle of the screen: a window that can be seen is never marked."""
+        other = super().start_other_program()
+        move = ("global.get_window_actors().map(actor => actor.meta_window)"
+                f".filter(window => window.get_pid() === {other.pid} && window.has_focus())"
+                ".map(window => window.move_frame(true, 540, 300)).length")
+        wait_until(lambda: "'1'" in self.evaluate(move), "the other program's window")
+        return other
+
+    def wants_attention(self, program: Program) -> bool:
+        return "'true'" in self.evaluate(
+            "global.get_window_actors().some(actor => actor.meta_window.demands_attention"
+            f" && actor.meta_window.get_pid() === {program.pid})")
 
     def close_window(self, program: Program) -> None:
         self.press("alt", "F4")
