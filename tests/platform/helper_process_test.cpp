@@ -238,7 +238,7 @@ std::optional<std::string> launchWithDescriptors(HelperProcess& process, rlim_t 
     const auto next = Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)).get();
     const rlimit fewer{static_cast<rlim_t>(next) + spare, before.rlim_max};
     setrlimit(RLIMIT_NOFILE, &fewer);
-    const auto refusal = process.launch();
+    auto refusal = process.launch();
     setrlimit(RLIMIT_NOFILE, &before);
     return refusal;
 }
