@@ -19,7 +19,10 @@ TEST(LogText, NeverCutsASurrogatePair) {
     LogText text;
     text.append(toQString(std::string(LogText::longestBlock - 1, 'x') + "\U0001F600\U0001F600"));
     QString view;
-    while (text.pending() > 0) view += text.take(1);
+    while (text.pending() > 0) {
+        view += text.take(1);
+        EXPECT_FALSE(view.back().isHighSurrogate()) << "between two pieces";
+    }
     for (qsizetype i = 0; i + 1 < view.size(); ++i)
         EXPECT_EQ(view[i].isHighSurrogate(), view[i + 1].isLowSurrogate());
     EXPECT_EQ(between(text, 0, view.size()), text.text());
