@@ -104,8 +104,8 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     void setCurrentTask(std::shared_ptr<HelperProcess> task) { currentTask_ = std::move(task); }
     const HelperMode& currentMode() const { return currentMode_; }
     void setCurrentMode(HelperMode mode) { currentMode_ = std::move(mode); }
-    /// The output of the current or last run, one string for each chunk, before its
-    /// carriage returns are replaced.
+    /// The output of the current or last run, in the order it came, before its
+    /// carriage returns are replaced: whole chunks, or whole lines of long ones.
     const std::vector<std::string>& taskOutput() const { return taskOutput_; }
     void setTaskOutput(std::vector<std::string> chunks) { taskOutput_ = std::move(chunks); }
 

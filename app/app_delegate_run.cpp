@@ -24,6 +24,10 @@ std::string echoLine(const std::string& helperPath, const std::vector<std::strin
     return line + '\n';
 }
 
+// How many bytes of a chunk one job handles: some hundred progress lines, about two
+// milliseconds. Only line ends are cut at: each line is parsed whole.
+constexpr std::size_t jobSize = 4096;
+
 double halfOfBar(std::uint32_t n) { return std::min(static_cast<double>(n) * 0.5, 50.0); }
 
 std::int32_t percentage(std::uint32_t n) {
@@ -102,10 +106,11 @@ void AppDelegate::installCallbacks(const std::shared_ptr<HelperProcess>& task) {
     const std::weak_ptr<HelperProcess> weakTask = task;
     const auto queue = system_.mainQueue;
     task->setReadabilityHandler([weakSelf, queue](std::string_view bytes) {
-        if (bytes.empty()) return; // end of file
-        queue->post([weakSelf, text = decodeChunk(bytes)]() mutable {
-            if (const auto self = weakSelf.lock()) self->handleTaskOutput(std::move(text));
-        });
+        const std::string chunk = decodeChunk(bytes); // empty at the end of the stream
+        for (std::string_view rest = chunk; !rest.empty();)
+            queue->post([weakSelf, text = std::string{takeLines(rest, jobSize)}]() mutable {
+                if (const auto self = weakSelf.lock()) self->handleTaskOutput(std::move(text));
+            });
     });
     task->setTerminationHandler([weakSelf, weakTask, queue] {
         const auto ended = weakTask.lock();

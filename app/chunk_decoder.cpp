@@ -69,4 +69,11 @@ std::string decodeChunk(std::string_view bytes) {
     return isUtf8(bytes) ? std::string{bytes} : fromLatin1(bytes);
 }
 
+std::string_view takeLines(std::string_view& text, std::size_t size) {
+    const auto lineEnd = text.find_first_of("\n\r", size - 1);
+    const auto lines = text.substr(0, lineEnd == text.npos ? lineEnd : lineEnd + 1);
+    text.remove_prefix(lines.size());
+    return lines;
+}
+
 } // namespace oxlade

@@ -1,4 +1,4 @@
-// Decodes the bytes of one read into text. Pure; any thread.
+// Decodes the bytes of one read into text, and cuts it at line ends. Pure; any thread.
 #pragma once
 
 #include <string>
@@ -19,5 +19,10 @@ bool isUtf8(std::string_view bytes);
 /// decodes to nothing. A byte-order mark is kept: a chunk is not the start of a file, and
 /// the log shows every character that the helper wrote.
 std::string decodeChunk(std::string_view bytes);
+
+/// Takes whole lines off the front of `text` and returns them: `size` bytes, which is 1 or
+/// more, and what follows up to the next line end ('\n' or '\r'); all of the text if there is
+/// none.
+std::string_view takeLines(std::string_view& text, std::size_t size);
 
 } // namespace oxlade

@@ -11,7 +11,7 @@ namespace oxlade {
 namespace {
 
 // Long enough for some hundred short jobs, much shorter than a frame.
-constexpr std::chrono::milliseconds slice{2};
+constexpr std::chrono::milliseconds slice{4};
 
 } // namespace
 

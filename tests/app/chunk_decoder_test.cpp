@@ -36,6 +36,18 @@ TEST(ChunkDecoder, AChunkThatIsNotUtf8IsLatin1AsAWhole) {
                   encoded(static_cast<char32_t>(byte)));
 }
 
+TEST(ChunkDecoder, LinesAreTakenUpToALineEndAtOrBehindTheSize) {
+    std::string_view text{"ab\ncd\ref\n\ngh"};
+    EXPECT_EQ(takeLines(text, 3), "ab\n");
+    EXPECT_EQ(takeLines(text, 1), "cd\r");
+    EXPECT_EQ(takeLines(text, 4), "ef\n\n");
+    EXPECT_EQ(takeLines(text, 1), "gh");
+    EXPECT_EQ(takeLines(text, 1), "");
+    std::string_view line{"abc"};
+    EXPECT_EQ(takeLines(line, 9), "abc");
+    EXPECT_EQ(line, "");
+}
+
 TEST(ChunkDecoder, ExactlyTheCodePointsThatUnicodeHasAreUtf8) {
     for (char32_t c = 0; c < 0x140000; ++c) {
         const bool isValid = c < 0x110000 && !(c >= 0xD800 && c <= 0xDFFF);

@@ -37,6 +37,24 @@ TEST_F(Run, StoringAChunkDoesNotCopyTheEarlierOnes) {
     EXPECT_EQ(delegate->taskOutput().size(), 1001U);
 }
 
+TEST_F(Run, TheLinesOfALongChunkAreDividedAmongJobsOfAFewKilobytes) {
+    start();
+    delegate->checkDevice();
+    std::string chunk;
+    for (int i = 0; i < 6000; ++i) chunk += i % 2 == 0 ? "Erase 42%\r" : "Write 17%\n";
+    helper()->print(chunk);
+    EXPECT_GT(queue->jobs.size(), 10U);
+    queue->run();
+    std::string output;
+    for (const auto& lines : delegate->taskOutput()) {
+        EXPECT_EQ(lines.size() % 10, 0U) << "no line is cut";
+        EXPECT_LT(lines.size(), 5000U);
+        output += lines;
+    }
+    EXPECT_EQ(output, chunk);
+    EXPECT_EQ(delegate->operationKey(), "op.write");
+}
+
 TEST_F(Run, AnEmptyChunkOrTextDoesNothing) {
     start();
     delegate->checkDevice();
