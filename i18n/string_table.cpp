@@ -1,6 +1,7 @@
 #include "i18n/string_table.h"
 
-#include <algorithm>
+#include <span>
+#include <unordered_map>
 
 namespace oxlade {
 
@@ -169,7 +170,7 @@ static_assert(
             if (Translations[i - 1].key >= Translations[i].key) return false;
         return true;
     }(),
-    "L() needs sorted keys without repeats");
+    "the keys are sorted, without repeats");
 
 static_assert(
     [] {
@@ -194,12 +195,14 @@ std::int64_t languageAtStart(const std::optional<std::string>& stored,
 std::span<const Translation, translationCount> translations() { return Translations; }
 
 std::string_view L(std::string_view key) {
-    const auto* const end = Translations.data() + Translations.size();
-    const auto* const found = std::lower_bound(
-        Translations.data(), end, key,
-        [](const Translation& entry, std::string_view wanted) { return entry.key < wanted; });
-    if (found == end || found->key != key) return key;
-    return found->texts[static_cast<std::size_t>(CurrentLanguage)];
+    static const auto textsOfKey = [] {
+        std::unordered_map<std::string_view, std::span<const std::string_view>> texts;
+        for (const auto& entry : Translations) texts.emplace(entry.key, entry.texts);
+        return texts;
+    }();
+    const auto found = textsOfKey.find(key);
+    if (found == textsOfKey.end()) return key;
+    return found->second[static_cast<std::size_t>(CurrentLanguage)];
 }
 
 std::string filled(std::string_view textTemplate, std::string_view value) {
