@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QXmlStreamReader>
 
+#include <climits>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,42 +23,36 @@ bool isFile(const std::string& path) {
 
 // Within a dictionary: the string that follows the key.
 QString stringForKey(QXmlStreamReader& reader, QLatin1String wanted) {
-    QString found;
     bool isNext = false;
     while (reader.readNextStartElement()) {
-        if (reader.name() == QLatin1String("key")) {
+        if (isNext && reader.name() == QLatin1String("string")) return reader.readElementText();
+        isNext = false;
+        if (reader.name() == QLatin1String("key"))
             isNext = reader.readElementText() == wanted;
-        } else if (isNext && reader.name() == QLatin1String("string")) {
-            if (found.isNull())
-                found = reader.readElementText();
-            else
-                reader.skipCurrentElement();
-            isNext = false;
-        } else {
+        else
             reader.skipCurrentElement();
-            isNext = false;
-        }
     }
-    return found;
+    return {};
 }
 
 } // namespace
 
 std::string executableDirectory() {
 #ifdef __linux__
-    // As bytes: the path need not be UTF-8.
-    std::string path(4096, '\0');
+    // As bytes: the path need not be UTF-8. The kernel gives no longer ones.
+    std::string path(PATH_MAX, '\0');
     const ssize_t size = readlink("/proc/self/exe", path.data(), path.size());
-    if (size > 0 && static_cast<std::size_t>(size) < path.size())
-        return path.substr(0, path.rfind('/', static_cast<std::size_t>(size)));
+    if (size > 0) return path.substr(0, path.rfind('/', static_cast<std::size_t>(size)));
 #endif
     return QFile::encodeName(QCoreApplication::applicationDirPath()).toStdString();
 }
 
 std::string bundleVersion(QByteArrayView propertyList) {
     QXmlStreamReader reader(propertyList.toByteArray());
-    if (!reader.readNextStartElement() || reader.name() != QLatin1String("plist")) return {};
-    if (!reader.readNextStartElement() || reader.name() != QLatin1String("dict")) return {};
+    reader.readNextStartElement();
+    if (reader.name() != QLatin1String("plist")) return {};
+    reader.readNextStartElement();
+    if (reader.name() != QLatin1String("dict")) return {};
     const auto version = stringForKey(reader, QLatin1String("CFBundleShortVersionString"));
     while (!reader.atEnd()) reader.readNext(); // a later error makes the list malformed
     return reader.hasError() ? std::string() : version.toStdString();

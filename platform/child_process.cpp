@@ -2,7 +2,6 @@
 
 #include "keeper/process_end.h"
 
-#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
@@ -101,7 +100,6 @@ class FileActions final {
 
 std::vector<char*> argumentVector(const SpawnRequest& request) {
     std::vector<char*> vector;
-    vector.reserve(request.arguments.size() + 2);
     vector.push_back(const_cast<char*>(request.executablePath.c_str()));
     for (const auto& argument : request.arguments)
         vector.push_back(const_cast<char*>(argument.c_str()));
@@ -123,11 +121,11 @@ void ChildProcess::kill() {
 
 bool ChildProcess::reap(int options) {
     int status = 0;
-    pid_t found = 0;
-    do found = waitpid(number_, &status, options);
-    while (found < 0 && errno == EINTR);
+    const pid_t found = uninterrupted([&] { return waitpid(number_, &status, options); });
     if (found == 0) return false;
-    exitStatus_ = found < 0 ? -1 : WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+    exitStatus_ = found != number_      ? -1
+                  : WIFSIGNALED(status) ? WTERMSIG(status)
+                                        : WEXITSTATUS(status);
     number_ = 0;
     end_.reset();
     return true;

@@ -20,14 +20,6 @@ std::optional<DescriptorPair> pairOf(const int (&ends)[2]) {
 
 } // namespace
 
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-    if (this != &other) {
-        reset();
-        number_ = std::exchange(other.number_, -1);
-    }
-    return *this;
-}
-
 void Descriptor::reset() {
     if (number_ < 0) return;
     const int before = errno;

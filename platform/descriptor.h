@@ -1,6 +1,7 @@
 // File descriptors that close themselves. Any thread, each descriptor on one at a time.
 #pragma once
 
+#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -12,7 +13,11 @@ class Descriptor final {
     /// Takes over `number`; a negative one is none.
     explicit Descriptor(int number) : number_(number) {}
     Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept;
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        Descriptor moved(std::move(other));
+        std::swap(number_, moved.number_);
+        return *this;
+    }
     ~Descriptor() { reset(); }
 
     int get() const { return number_; }
@@ -35,6 +40,16 @@ std::optional<DescriptorPair> makePipe();
 
 /// Two connected close-on-exec stream sockets. Nothing on failure, errno says why.
 std::optional<DescriptorPair> makeSocketPair();
+
+/// Calls a system function, again for as long as a signal interrupts it; returns its last
+/// result, which is negative on an error.
+template <typename Call>
+auto uninterrupted(Call call) {
+    for (;;) {
+        const auto result = call();
+        if (result >= 0 || errno != EINTR) return result;
+    }
+}
 
 /// Opens /dev/null as each of the standard streams that is closed, so that no descriptor
 /// opened later becomes one of them, which children would inherit. To be called before

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <system_error>
@@ -16,31 +15,19 @@ namespace {
 
 constexpr int pollInterval = 50; // milliseconds, where the end of a process cannot be polled
 
-// The size of a full pipe. A read takes all that is there: only the helper cuts its lines.
-std::vector<char> bufferFor(const Descriptor& pipe) {
-    int capacity = 65536;
-#ifdef F_GETPIPE_SZ
-    capacity = std::max(capacity, fcntl(pipe.get(), F_GETPIPE_SZ));
-#else
-    static_cast<void>(pipe);
-#endif
-    return std::vector<char>(static_cast<std::size_t>(capacity));
-}
-
-// How many bytes the pipe holds. Grows the buffer for them: a helper may enlarge its pipe.
+// How many bytes the pipe holds; none, if it is closed. Grows the buffer for them: a helper may
+// enlarge its pipe, and only the helper cuts its lines.
 std::size_t available(const Descriptor& pipe, std::vector<char>& buffer) {
     int count = 0;
-    if (ioctl(pipe.get(), FIONREAD, &count) != 0 || count <= 0) return 0;
+    ioctl(pipe.get(), FIONREAD, &count);
     const auto size = static_cast<std::size_t>(count);
-    if (buffer.size() < size) buffer.resize(size);
+    buffer.resize(std::max(buffer.size(), size));
     return size;
 }
 
 // The bytes read; empty at the end of the stream and on an error.
 std::string_view readInto(std::vector<char>& buffer, const Descriptor& pipe, std::size_t limit) {
-    ssize_t count = 0;
-    do count = read(pipe.get(), buffer.data(), limit);
-    while (count < 0 && errno == EINTR);
+    const auto count = uninterrupted([&] { return read(pipe.get(), buffer.data(), limit); });
     return {buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))};
 }
 
@@ -115,15 +102,13 @@ int PosixHelperProcess::start(Descriptor& output) {
 int PosixHelperProcess::startHelper(const Descriptor& output, Keeper& keeper) {
     const SpawnRequest request{plan_.executablePath, plan_.arguments, nullptr, &output, &output};
     const int error = spawn(request, helper_);
-    if (error != EAGAIN || !keeper.process().isRunning()) return error;
+    if (error != EAGAIN) return error;
     keeper.process().kill(); // the last process that the user may have: the helper's place
-    keeper = {};
     return spawn(request, helper_);
 }
 
 // Until the helper is reaped, the keeper is reaped, and nobody can write to the pipe.
 void PosixHelperProcess::serve(Descriptor output) {
-    buffer_ = bufferFor(output);
     auto& keeper = keeper_.process();
     while (helper_.isRunning() || output || keeper.isRunning()) {
         pollfd watched[] = {readable(helper_.end()), readable(output), readable(keeper.end())};
@@ -195,8 +180,8 @@ void surviveTerminalStops() {
 
 void receiveChildStatus() {
     struct sigaction action {};
-    if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN)
-        std::signal(SIGCHLD, SIG_DFL);
+    sigaction(SIGCHLD, nullptr, &action);
+    if (action.sa_handler == SIG_IGN) std::signal(SIGCHLD, SIG_DFL);
 }
 
 } // namespace

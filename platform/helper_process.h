@@ -61,8 +61,8 @@ class PosixHelperProcess final : public HelperProcess,
 
     const HelperPlan plan_;
     std::atomic<std::int32_t> status_{0};
-    ChildProcess helper_;      ///< the run's thread
-    std::vector<char> buffer_; ///< the run's thread
+    ChildProcess helper_;                                 ///< the run's thread
+    std::vector<char> buffer_ = std::vector<char>(65536); ///< the run's thread
 
     std::mutex mutex_; ///< guards all below, but not the keeper's process
     ReadabilityHandler onReadable_;

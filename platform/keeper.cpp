@@ -12,15 +12,9 @@ namespace oxlade {
 
 namespace {
 
-#ifdef MSG_NOSIGNAL
-constexpr int withoutSignal = MSG_NOSIGNAL;
-#else
-constexpr int withoutSignal = 0; // the program ignores SIGPIPE
-#endif
-
-// Never blocks and is never cut: the socket's buffer holds all messages of a run.
+// Never blocks and is never cut: the socket's buffer holds all messages of a run. Without a
+// lifeline it fails.
 bool send(const Descriptor& lifeline, KeeperMessage message, const Descriptor* attached = nullptr) {
-    if (!lifeline) return false;
     iovec content{&message, sizeof message};
     msghdr header{};
     header.msg_iov = &content;
@@ -36,17 +30,17 @@ bool send(const Descriptor& lifeline, KeeperMessage message, const Descriptor* a
         const int number = attached->get();
         std::memcpy(CMSG_DATA(part), &number, sizeof number);
     }
-    return sendmsg(lifeline.get(), &header, withoutSignal) == sizeof message;
+    return sendmsg(lifeline.get(), &header, 0) == sizeof message;
 }
 
 } // namespace
 
 Keeper Keeper::start(const std::string& executablePath, const Descriptor& output) {
-    auto sockets = executablePath.empty() ? std::nullopt : makeSocketPair();
-    const Descriptor nowhere(sockets ? open("/dev/null", O_RDWR | O_CLOEXEC) : -1);
+    auto sockets = makeSocketPair();
+    if (!sockets) return {};
+    const Descriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
     Keeper keeper;
-    if (nowhere &&
-        spawn({executablePath, {keeperProtocolVersion}, &output, &sockets->second, &nowhere},
+    if (spawn({executablePath, {keeperProtocolVersion}, &output, &sockets->second, &nowhere},
               keeper.process_) == 0)
         keeper.lifeline_ = std::move(sockets->first);
     return keeper;
@@ -55,7 +49,7 @@ Keeper Keeper::start(const std::string& executablePath, const Descriptor& output
 void Keeper::watch(const ChildProcess& helper) {
     const KeeperMessage message{KeeperNews::helperStarted, helper.number()};
 #ifdef __linux__ // a kqueue cannot be sent
-    if (helper.end() && send(lifeline_, message, &helper.end())) return;
+    if (send(lifeline_, message, &helper.end())) return;
 #endif
     send(lifeline_, message);
 }

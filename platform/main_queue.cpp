@@ -2,7 +2,6 @@
 
 #include <QSocketNotifier>
 
-#include <cerrno>
 #include <unistd.h>
 #include <utility>
 
@@ -26,8 +25,7 @@ void PosixMainQueue::post(Job job) {
     jobs_.push_back(std::move(job));
     if (jobs_.size() > 1) return;
     // The pipe is empty: this cannot block.
-    while (write(pipe_.second.get(), "", 1) < 0 && errno == EINTR) {
-    }
+    uninterrupted([this] { return write(pipe_.second.get(), "", 1); });
 }
 
 PosixMainQueue::Job PosixMainQueue::take() {
@@ -42,8 +40,7 @@ PosixMainQueue::Job PosixMainQueue::take() {
 // With the lock held, when the last job was taken.
 void PosixMainQueue::clearPipe() {
     char byte;
-    while (read(pipe_.first.get(), &byte, 1) < 0 && errno == EINTR) {
-    }
+    uninterrupted([&] { return read(pipe_.first.get(), &byte, sizeof byte); });
 }
 
 // Pipe and jobs agree before a job runs: the job may run an event loop.
@@ -71,9 +68,6 @@ MainQueuePump::MainQueuePump(std::shared_ptr<PosixMainQueue> queue)
                      [this] { queue_->run(slice); });
 }
 
-MainQueuePump::~MainQueuePump() {
-    notifier_.reset();
-    queue_->close();
-}
+MainQueuePump::~MainQueuePump() { queue_->close(); }
 
 } // namespace oxlade

@@ -7,9 +7,12 @@
 #include <atomic>
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <random>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <thread>
@@ -34,6 +37,13 @@ std::string shellOutput(std::string script) {
     return run.text();
 }
 
+// True when nobody holds the run any more: then nobody can call its callbacks, and its
+// processes are reaped.
+bool isReleased(std::shared_ptr<HelperProcess>& process) {
+    const std::weak_ptr watched = std::exchange(process, nullptr);
+    return eventually([&] { return watched.expired(); });
+}
+
 void expectWholeRuns(int count, const std::string& keeper) {
     std::mt19937 random(4000);
     for (int i = 0; i < count; ++i) {
@@ -43,6 +53,7 @@ void expectWholeRuns(int count, const std::string& keeper) {
         ASSERT_EQ(run.text().size(), static_cast<std::size_t>(size));
         ASSERT_EQ(run.exits(), 1);
         ASSERT_FALSE(run.heardAfterExit());
+        ASSERT_TRUE(isReleased(run.process));
     }
 }
 
@@ -100,6 +111,17 @@ TEST(HelperProcess, AGrandchildThatHoldsThePipeDelaysNothingAndNoOutputIsLost) {
     }
 }
 
+TEST(HelperProcess, AfterTheExitAGrandchildCanWriteMoreThanThePipeHolds) {
+    const TemporaryFolder folder;
+    const auto go = folder.path("go"), written = folder.path("written");
+    ASSERT_EQ(mkfifo(go.c_str(), 0600), 0);
+    EXPECT_EQ(shellStatus("(read -r _ <" + go + "; head -c 200000 /dev/zero && >" + written +
+                          ") & exit 5"),
+              5);
+    folder.file("go", "\n");
+    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(written); }));
+}
+
 TEST(HelperProcess, AHelperThatClosesItsOutputRunsOnUntilItExits) {
     const TemporaryFolder folder;
     RecordedRun run(helper, {"close", folder.file("lock")});
@@ -129,6 +151,8 @@ TEST(Spawn, AStreamThatIsNotOpenIsRefused) {
     EXPECT_EQ(spawn({helper, {}, nullptr, &none, nullptr}, process), EBADF);
     EXPECT_FALSE(process.isRunning());
 }
+
+TEST(Process, WithoutOneNothingIsReaped) { EXPECT_FALSE(ChildProcess().reapIfEnded()); }
 
 TEST(HelperProcess, OnlyTheStandardStreamsReachTheHelper) {
     const Descriptor inheritable(open("/dev/null", O_RDONLY));
@@ -188,6 +212,7 @@ TEST(HelperProcess, TheTerminalStopsProgramsThatWeStartButNotUs) {
     ASSERT_TRUE(output);
     const pid_t process = fork();
     if (process == 0) {
+        std::signal(SIGPIPE, SIG_DFL);
         const PosixHelperProcesses processes;
         for (const int signal : {SIGTSTP, SIGTTIN, SIGTTOU}) raise(signal);
         dup2(output->second.get(), 1);
@@ -201,14 +226,8 @@ TEST(HelperProcess, TheTerminalStopsProgramsThatWeStartButNotUs) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
     std::string text(65536, '\0');
     ASSERT_GT(read(output->first.get(), text.data(), text.size()), 0);
-    const auto stops = bitOf(SIGTSTP) | bitOf(SIGTTIN) | bitOf(SIGTTOU);
-    EXPECT_EQ(signalsIn(text, "SigIgn:") & stops, 0u);
-}
-
-// True when nobody holds the run any more: then nobody can call its callbacks.
-bool isReleased(std::shared_ptr<HelperProcess>& process) {
-    const std::weak_ptr watched = std::exchange(process, nullptr);
-    return eventually([&] { return watched.expired(); });
+    const auto changed = bitOf(SIGTSTP) | bitOf(SIGTTIN) | bitOf(SIGTTOU) | bitOf(SIGPIPE);
+    EXPECT_EQ(signalsIn(text, "SigIgn:") & changed, bitOf(SIGPIPE));
 }
 
 TEST(HelperProcess, ARefusedLaunchGivesTheSystemsReasonAndCallsNobody) {
@@ -270,7 +289,7 @@ TEST(HelperProcess, CallbacksAreDestroyedAfterTheRunAndAfterARefusedLaunch) {
         auto owned = std::make_shared<int>(1);
         const std::weak_ptr watched = owned;
         process->setReadabilityHandler([owned, process](std::string_view) {});
-        process->setTerminationHandler([owned, process] {});
+        process->setTerminationHandler([process, watched] { EXPECT_FALSE(watched.expired()); });
         owned.reset();
         EXPECT_EQ(process->launch().has_value(), path != helper);
         EXPECT_TRUE(eventually([&] { return watched.expired(); })) << path;
@@ -284,8 +303,25 @@ TEST(HelperProcess, ACallbackMayRemoveItself) {
         ++calls;
         run.process->setReadabilityHandler({});
     });
-    EXPECT_EQ(run.finish(), 0);
+    std::atomic<bool> ended{false};
+    run.process->setTerminationHandler([&ended, &run] {
+        run.process->setTerminationHandler({});
+        ended = true;
+    });
+    EXPECT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(eventually([&] { return ended.load(); }));
     EXPECT_EQ(calls, 1);
+}
+
+// Whether a thread of ours waits for three descriptors without a time-out.
+bool isPolling() {
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream file(task.path() / "syscall");
+        std::string number, descriptors, count, timeout;
+        file >> number >> descriptors >> count >> timeout;
+        if (count == "0x3" && timeout == "0xffffffff") return true;
+    }
+    return false;
 }
 
 TEST(HelperProcess, ReleasingTheRunLeavesTheHelperAlone) {
@@ -293,6 +329,7 @@ TEST(HelperProcess, ReleasingTheRunLeavesTheHelperAlone) {
     RecordedRun run(helper, {"until-gone", folder.file("lock")});
     ASSERT_TRUE(run.startUntil("waiting"));
     run.process.reset();
+    EXPECT_TRUE(eventually(isPolling)) << "it would wake up without a reason";
     EXPECT_EQ(run.exits(), 0);
     folder.remove("lock");
     EXPECT_TRUE(run.waitForExit());

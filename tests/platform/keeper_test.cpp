@@ -17,12 +17,20 @@ namespace oxlade::test {
 namespace {
 
 TEST(ProcessEnd, IsThatOfAZombieAndOfAReapedProcess) {
+    const auto descriptors = countOf(getpid(), "fd");
+    errno = ESRCH;
     EXPECT_FALSE(processHasEnded(getpid()));
     const pid_t process = fork();
-    if (process == 0) _exit(0);
+    if (process == 0) { // may not send signals to the first process
+        const uid_t user = 2'000'000'000 + static_cast<uid_t>(getpid());
+        _exit((geteuid() == 0 && setresuid(user, user, user) != 0) || processHasEnded(1) ? 1 : 0);
+    }
     EXPECT_TRUE(eventually([&] { return processHasEnded(process); }));
-    EXPECT_EQ(waitpid(process, nullptr, 0), process);
+    int status = -1;
+    EXPECT_EQ(waitpid(process, &status, 0), process);
+    EXPECT_EQ(status, 0);
     EXPECT_TRUE(processHasEnded(process));
+    EXPECT_LE(countOf(getpid(), "fd"), descriptors);
     EXPECT_LT(openProcessEnd(process), 0);
 }
 
@@ -33,14 +41,19 @@ TEST_F(KeeperTest, EndsWithTheRunWhileAGrandchildHoldsThePipe) {
     EXPECT_EQ(processesOf(helper_).size(), 1u) << "the grandchild should still be there";
 }
 
-TEST_F(KeeperTest, EndsWhenTheRunIsOverWhileAProcessWithTheHelpersNumberLives) {
+TEST_F(KeeperTest, IsGivenAPidfdAndEndsWhenTheRunIsOverWhileTheHelperLives) {
     const auto pipe = makePipe();
     ChildProcess helper;
     ASSERT_EQ(spawn({helper_, {"close", lock_}, nullptr, &pipe->second, &pipe->second}, helper), 0);
-    auto keeper = Keeper::start(keeper_, pipe->first);
-    keeper.watch(helper);
-    keeper.runIsOver();
-    EXPECT_TRUE(eventually([&] { return keeper.process().reapIfEnded(); }));
+    std::thread([&] {
+        ASSERT_TRUE(forbidPidfds()); // it cannot open one by itself
+        auto keeper = Keeper::start(keeper_, pipe->first);
+        keeper.watch(helper);
+        EXPECT_TRUE(eventually(
+            [&] { return openFiles(keeper.process().number()).contains("anon_inode:[pidfd]"); }));
+        keeper.runIsOver();
+        EXPECT_TRUE(eventually([&] { return keeper.process().reapIfEnded(); }));
+    }).join();
     helper.kill();
 }
 
@@ -60,6 +73,8 @@ TEST_F(KeeperTest, HasItsThreeStreamsAPidfdAndNothingElse) {
     EXPECT_TRUE(
         eventually([&] { return std::filesystem::read_symlink(inProc(process, "cwd")) == "/"; }));
     EXPECT_EQ(getsid(process), process);
+    const auto access = std::filesystem::symlink_status(inProc(process, "fd/2")).permissions();
+    EXPECT_NE(access & std::filesystem::perms::owner_write, std::filesystem::perms::none);
 }
 
 TEST_F(KeeperTest, ItsDeathStopsNeitherTheRunNorTheSleepLockAndLeavesNoZombie) {

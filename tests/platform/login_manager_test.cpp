@@ -32,9 +32,10 @@ class LoginManagerTest : public testing::Test {
         given_.lock.reset();
         manager_->send(manager_->calls.back().createReply(QVariant::fromValue(lock)));
     }
-    void refuse() {
+    void refuse(const char* error) {
         manager_->send(manager_->calls.back().createErrorReply(
-            QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"), QStringLiteral("no")));
+            QStringLiteral("org.freedesktop.DBus.Error.") + QLatin1String(error),
+            QStringLiteral("no")));
     }
     bool isHeld() const { return given_.isHeld(); }
     bool isReleased() const {
@@ -63,6 +64,8 @@ TEST_F(LoginManagerTest, IsAskedToPreventSleepIdlingAClosedLidAndAShutdown) {
 
 TEST_F(LoginManagerTest, TheLockArrivesAndIsTheCallersAlone) {
     startLoginManager();
+    given_.lock.reset();
+    const auto descriptors = countOf(getpid(), "fd");
     Descriptor arrived;
     std::atomic<bool> hasArrived = false;
     lock_.acquire([&](Descriptor lock) {
@@ -76,6 +79,8 @@ TEST_F(LoginManagerTest, TheLockArrivesAndIsTheCallersAlone) {
     EXPECT_EQ(std::filesystem::read_symlink(link), given_.name());
     arrived.reset();
     EXPECT_TRUE(isReleased());
+    EXPECT_TRUE(eventually([&] { return countOf(getpid(), "fd") <= descriptors; }))
+        << "the connection is closed";
 }
 
 TEST_F(LoginManagerTest, ARefusedLockIsAskedForAgainstFewerEventsOnce) {
@@ -84,11 +89,11 @@ TEST_F(LoginManagerTest, ARefusedLockIsAskedForAgainstFewerEventsOnce) {
     for (const bool isRefusedAgain : {true, false}) {
         lock_.acquire([&](Descriptor) { ++arrived; });
         ASSERT_TRUE(isAsked(isRefusedAgain ? 1 : 3));
-        refuse();
+        refuse(isRefusedAgain ? "AccessDenied" : "InvalidArgs");
         ASSERT_TRUE(isAsked(isRefusedAgain ? 2 : 4));
         EXPECT_EQ(manager_->calls.back().arguments().at(0).toString(),
                   QStringLiteral("sleep:idle"));
-        isRefusedAgain ? refuse() : answer();
+        isRefusedAgain ? refuse("AccessDenied") : answer();
     }
     EXPECT_TRUE(eventuallyInEventLoop([&] { return arrived > 0; }));
     EXPECT_EQ(arrived, 1) << "nothing comes of a lock that is refused again";

@@ -53,6 +53,9 @@ TEST_F(MainQueueTest, IsReadableExactlyWhileJobsWait) {
     queue_->run(0ms);
     EXPECT_FALSE(isReadable(*queue_));
     queue_->run(0ms);
+    for (int i = 0; i < 3; ++i) queue_->post([] {});
+    queue_->run(1h);
+    EXPECT_FALSE(isReadable(*queue_)) << "a long slice runs all jobs";
     queue_->post([] {});
     queue_->close();
     EXPECT_FALSE(isReadable(*queue_));
