@@ -319,7 +319,7 @@ bool isPolling() {
         std::ifstream file(task.path() / "syscall");
         std::string number, descriptors, count, timeout;
         file >> number >> descriptors >> count >> timeout;
-        if (count == "0x3" && timeout == "0xffffffff") return true;
+        if (count == "0x3" && timeout.ends_with("ffffffff")) return true;
     }
     return false;
 }
