@@ -83,7 +83,8 @@ class Screen:
             wait_until(lambda: move_to(1) and begun(), "the drag to begin")
             for step in range(2, steps):
                 move_to(step)
-            wait_until(lambda: move_to(steps) and arrived(), "the dragged window to arrive")
+            wait_until(lambda: move_to(steps) and arrived(), "the dragged window to arrive",
+                       explain=lambda: self._xdotool("getactivewindow", "getwindowgeometry"))
         finally:
             self._xdotool("mouseup", "1")
 
