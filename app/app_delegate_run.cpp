@@ -25,7 +25,7 @@ std::string echoLine(const std::string& helperPath, const std::vector<std::strin
 }
 
 // How many bytes of a chunk one job handles: some hundred progress lines, about two
-// milliseconds. Only line ends are cut at: each line is parsed whole.
+// milliseconds. A chunk is cut at line ends only, so that each line is parsed whole.
 constexpr std::size_t jobSize = 4096;
 
 double halfOfBar(std::uint32_t n) { return std::min(static_cast<double>(n) * 0.5, 50.0); }

@@ -24,7 +24,7 @@ Descriptor openWithoutBlocking(const std::string& path) {
     const auto end = std::chrono::steady_clock::now() + longestLease;
     for (;;) {
         Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-        if (file || errno != EWOULDBLOCK) return file;
+        if (file || errno != EWOULDBLOCK || !isRegularFile(path)) return file;
         if (std::chrono::steady_clock::now() >= end) return {};
         std::this_thread::sleep_for(leaseInterval);
     }

@@ -12,6 +12,12 @@ namespace oxlade {
 
 namespace {
 
+#ifdef MSG_NOSIGNAL
+constexpr int withoutSignal = MSG_NOSIGNAL;
+#else
+constexpr int withoutSignal = 0; // the program ignores SIGPIPE
+#endif
+
 // Never blocks and is never cut: the socket's buffer holds all messages of a run. Without a
 // lifeline it fails.
 bool send(const Descriptor& lifeline, KeeperMessage message, const Descriptor* attached = nullptr) {
@@ -30,7 +36,7 @@ bool send(const Descriptor& lifeline, KeeperMessage message, const Descriptor* a
         const int number = attached->get();
         std::memcpy(CMSG_DATA(part), &number, sizeof number);
     }
-    return sendmsg(lifeline.get(), &header, 0) == sizeof message;
+    return sendmsg(lifeline.get(), &header, withoutSignal) == sizeof message;
 }
 
 } // namespace

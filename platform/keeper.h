@@ -13,7 +13,7 @@
 namespace oxlade {
 
 /// One thread at a time, but process() may be used beside the other methods. Nothing here
-/// reports a failure: a run goes on without its keeper. The program must ignore SIGPIPE.
+/// reports a failure: a run goes on without its keeper.
 class Keeper final {
   public:
     /// No keeper: messages to it are dropped.
