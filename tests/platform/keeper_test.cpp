@@ -5,6 +5,7 @@
 #include "tests/platform/no_pidfd.h"
 
 #include <cerrno>
+#include <csignal>
 #include <linux/sockios.h>
 #include <sstream>
 #include <sys/ioctl.h>
@@ -55,6 +56,22 @@ TEST_F(KeeperTest, IsGivenAPidfdAndEndsWhenTheRunIsOverWhileTheHelperLives) {
         EXPECT_TRUE(eventually([&] { return keeper.process().reapIfEnded(); }));
     }).join();
     helper.kill();
+}
+
+TEST_F(KeeperTest, AMessageToADeadKeeperSendsNoSignal) {
+    const auto pipe = makePipe();
+    const pid_t process = fork();
+    if (process == 0) {
+        std::signal(SIGPIPE, SIG_DFL);
+        auto keeper = Keeper::start(keeper_, pipe->first);
+        if (!keeper.process().isRunning()) _exit(1);
+        keeper.process().kill();
+        keeper.runIsOver();
+        _exit(0);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(process, &status, 0), process);
+    EXPECT_EQ(status, 0);
 }
 
 TEST_F(KeeperTest, HasItsThreeStreamsAPidfdAndNothingElse) {
