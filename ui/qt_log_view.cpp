@@ -169,12 +169,14 @@ void QtLogView::estimateRows(QTextBlock block) {
 void QtLogView::scrollToEnd() {
     QAbstractTextDocumentLayout* layout = document()->documentLayout();
     Q_EMIT layout->documentSizeChanged(layout->documentSize());
+    // With updates enabled, Qt would lay out all that is scrolled over, to move its pixels.
+    viewport()->setUpdatesEnabled(false);
     // The first step lays out the last lines, which may add rows for the second.
     for (int step = 0; step < 2; ++step) {
         verticalScrollBar()->setValue(verticalScrollBar()->maximum());
         blockBoundingGeometry(document()->lastBlock());
     }
-    viewport()->update();
+    viewport()->setUpdatesEnabled(true); // and paints
 }
 
 void QtLogView::announce() {

@@ -128,6 +128,14 @@ TEST_F(LogTest, AFloodArrivesWholeByManyTurnsOfTheEventLoopInPackedBlocks) {
     EXPECT_NEAR(log.document()->lineCount(), 400'000, 10) << "the scroll range counts its rows";
 }
 
+TEST_F(LogTest, OnlyTheVisibleEndOfALongTextIsLaidOut) {
+    for (int slice = 0; slice < 10; ++slice) appendLines(1000);
+    int rows = 0;
+    for (auto block = log.document()->begin(); block.isValid(); block = block.next())
+        rows += block.layout()->lineCount();
+    EXPECT_LT(rows, 1000);
+}
+
 TEST_F(LogTest, ASelectionDoesNotGrow) {
     append("one two three");
     selectInView(4, 7);
