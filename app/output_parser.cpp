@@ -83,6 +83,7 @@ std::optional<Report> parseLine(std::string_view line) {
 
 std::string_view nextPiece(std::string_view& rest) {
     for (std::size_t i = 0; i < rest.size(); ++i) {
+        if (isAscii(rest[i]) && rest[i] > '\r') continue; // as most are
         const auto length = newlineLength(rest.substr(i));
         if (length == 0) continue;
         const auto piece = rest.substr(0, i);

@@ -19,7 +19,10 @@ bool endsBlock(QChar c) {
 bool isControl(QChar c) { return c < u' ' || (c >= QChar{0x7F} && c < QChar{0xA0}); }
 
 /// Whether the view shows the character as it is, on the same line.
-bool isPlain(QChar c) { return !endsBlock(c) && (!isControl(c) || c == u'\t'); }
+bool isPlain(QChar c) {
+    const bool isPrintableAscii = c >= u' ' && c <= u'~'; // most are: the shortest way for them
+    return isPrintableAscii || c == u'\t' || (!endsBlock(c) && !isControl(c));
+}
 
 /// Control characters are shown as a box, as a missing glyph looks. Qt would search all
 /// installed fonts for a glyph whenever one is painted: 60 ms for a block of NULs.
