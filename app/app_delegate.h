@@ -82,7 +82,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     /// which is called at once if the helper cannot be launched.
     void runLoaderWithArguments(std::vector<std::string> arguments, const HelperMode& mode);
     /// Takes one decoded chunk of the helper's output.
-    void handleTaskOutput(std::string text);
+    void handleTaskOutput(std::string_view text);
     /// Applies the reports in one chunk, whose carriage returns are line feeds already.
     void parseProgressFromText(std::string_view text);
     /// Ends the current run. Status 0 is success; -1 means that the helper could not be

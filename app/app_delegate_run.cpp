@@ -105,11 +105,11 @@ void AppDelegate::installCallbacks(const std::shared_ptr<HelperProcess>& task) {
     // A weak_ptr: the task owns its callbacks.
     const std::weak_ptr<HelperProcess> weakTask = task;
     const auto queue = system_.mainQueue;
-    task->setReadabilityHandler([weakSelf, queue](std::string_view bytes) {
-        const std::string chunk = decodeChunk(bytes); // empty at the end of the stream
-        for (std::string_view rest = chunk; !rest.empty();)
-            queue->post([weakSelf, text = std::string{takeLines(rest, jobSize)}]() mutable {
-                if (const auto self = weakSelf.lock()) self->handleTaskOutput(std::move(text));
+    task->setReadabilityHandler([weakSelf, queue](const SharedBytes& bytes) {
+        const auto chunk = decodeChunk(bytes);
+        for (auto rest = chunk.view; !rest.empty();) // empty at the end of the stream
+            queue->post([weakSelf, owner = chunk.owner, text = takeLines(rest, jobSize)] {
+                if (const auto self = weakSelf.lock()) self->handleTaskOutput(text);
             });
     });
     task->setTerminationHandler([weakSelf, weakTask, queue] {
@@ -125,12 +125,13 @@ void AppDelegate::installCallbacks(const std::shared_ptr<HelperProcess>& task) {
     });
 }
 
-void AppDelegate::handleTaskOutput(std::string text) {
+void AppDelegate::handleTaskOutput(std::string_view text) {
     if (text.empty()) return;
-    taskOutput_.push_back(text);
-    std::replace(text.begin(), text.end(), '\r', '\n');
-    appendLog(text);
-    parseProgressFromText(text);
+    taskOutput_.emplace_back(text);
+    std::string lines{text};
+    std::replace(lines.begin(), lines.end(), '\r', '\n');
+    appendLog(lines);
+    parseProgressFromText(lines);
 }
 
 void AppDelegate::parseProgressFromText(std::string_view text) {

@@ -65,13 +65,16 @@ bool isUtf8(std::string_view bytes) {
     }
 }
 
-std::string decodeChunk(std::string_view bytes) {
-    return isUtf8(bytes) ? std::string{bytes} : fromLatin1(bytes);
+SharedBytes decodeChunk(const SharedBytes& bytes) {
+    if (isUtf8(bytes.view)) return bytes;
+    const auto text = std::make_shared<const std::string>(fromLatin1(bytes.view));
+    return {*text, text};
 }
 
 std::string_view takeLines(std::string_view& text, std::size_t size) {
-    const auto lineEnd = text.find_first_of("\n\r", size - 1);
-    const auto lines = text.substr(0, lineEnd == text.npos ? lineEnd : lineEnd + 1);
+    const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
+    while (size < text.size() && !isLineEnd(text[size - 1])) ++size;
+    const auto lines = text.substr(0, size);
     text.remove_prefix(lines.size());
     return lines;
 }

@@ -25,12 +25,18 @@ class MainQueue {
     virtual void post(std::function<void()> job) = 0;
 };
 
+/// Bytes that nobody changes, valid as long as a copy of `owner` exists. Any thread.
+struct SharedBytes {
+    std::string_view view;
+    std::shared_ptr<const void> owner;
+};
+
 /// One run of the flashing helper. Set both handlers, then launch it once. Destroying the
 /// object never stops, signals or delays the helper.
 class HelperProcess {
   public:
-    /// Gets all bytes that one read returned, valid during the call. Empty at end of file.
-    using ReadabilityHandler = std::function<void(std::string_view bytes)>;
+    /// Gets all bytes that one read returned. Empty at end of file.
+    using ReadabilityHandler = std::function<void(const SharedBytes& bytes)>;
     using TerminationHandler = std::function<void()>;
 
     virtual ~HelperProcess() = default;

@@ -13,22 +13,20 @@ namespace oxlade {
 
 namespace {
 
-constexpr int pollInterval = 50; // milliseconds, where the end of a process cannot be polled
+constexpr std::size_t pipeSize = 65536; // bytes, unless the helper changes it
+constexpr int pollInterval = 50;        // milliseconds, where the end of a process cannot be polled
 
-// How many bytes the pipe holds; none, if it is closed. Grows the buffer for them: a helper may
-// enlarge its pipe, and only the helper cuts its lines.
-std::size_t available(const Descriptor& pipe, std::vector<char>& buffer) {
+// How many bytes the pipe holds; none, if it is closed.
+std::size_t available(const Descriptor& pipe) {
     int count = 0;
     ioctl(pipe.get(), FIONREAD, &count);
-    const auto size = static_cast<std::size_t>(count);
-    buffer.resize(std::max(buffer.size(), size));
-    return size;
+    return static_cast<std::size_t>(count);
 }
 
 // The bytes read; empty at the end of the stream and on an error.
-std::string_view readInto(std::vector<char>& buffer, const Descriptor& pipe, std::size_t limit) {
-    const auto count = uninterrupted([&] { return read(pipe.get(), buffer.data(), limit); });
-    return {buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))};
+SharedBytes readInto(OutputBuffer& buffer, const Descriptor& pipe, std::size_t limit) {
+    const auto count = uninterrupted([&] { return read(pipe.get(), buffer.room(limit), limit); });
+    return buffer.take(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
 }
 
 pollfd readable(const Descriptor& descriptor) { return {descriptor.get(), POLLIN, 0}; }
@@ -127,19 +125,19 @@ void PosixHelperProcess::serve(Descriptor output) {
 
 // After the exit: what the helper's children still write, delivered to nobody.
 void PosixHelperProcess::readOutput(Descriptor& output) {
-    available(output, buffer_);
-    const auto bytes = readInto(buffer_, output, buffer_.size());
+    // All that is there: a helper may enlarge its pipe, and only the helper cuts its lines.
+    const auto bytes = readInto(buffer_, output, std::max(available(output), pipeSize));
     deliver(bytes);
-    if (bytes.empty()) output.reset();
+    if (bytes.view.empty()) output.reset();
 }
 
 // All that the helper wrote is in the pipe by now. Reads no more than that: a child of the
 // helper that goes on writing does not delay the exit.
 void PosixHelperProcess::readRest(const Descriptor& output) {
-    if (const auto left = available(output, buffer_)) deliver(readInto(buffer_, output, left));
+    if (const auto left = available(output)) deliver(readInto(buffer_, output, left));
 }
 
-void PosixHelperProcess::deliver(std::string_view bytes) {
+void PosixHelperProcess::deliver(const SharedBytes& bytes) {
     std::unique_lock lock(mutex_);
     const auto handler = onReadable_;
     lock.unlock();

@@ -9,6 +9,7 @@
 #include "platform/child_process.h"
 #include "platform/descriptor.h"
 #include "platform/keeper.h"
+#include "platform/output_buffer.h"
 #include "platform/sleep_lock.h"
 
 #include <atomic>
@@ -18,7 +19,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -55,14 +55,14 @@ class PosixHelperProcess final : public HelperProcess,
     void serve(Descriptor output);
     void readOutput(Descriptor& output);
     void readRest(const Descriptor& output);
-    void deliver(std::string_view bytes);
+    void deliver(const SharedBytes& bytes);
     void finish();
     void clearHandlers();
 
     const HelperPlan plan_;
     std::atomic<std::int32_t> status_{0};
-    ChildProcess helper_;                                 ///< the run's thread
-    std::vector<char> buffer_ = std::vector<char>(65536); ///< the run's thread
+    ChildProcess helper_; ///< the run's thread
+    OutputBuffer buffer_; ///< the run's thread
 
     std::mutex mutex_; ///< guards all below, but not the keeper's process
     ReadabilityHandler onReadable_;

@@ -102,7 +102,7 @@ void decode(benchmark::State& state, const std::string& piece) {
     while (chunk.size() + piece.size() <= 65'536) chunk += piece;
     for (auto turn : state) {
         static_cast<void>(turn);
-        benchmark::DoNotOptimize(decodeChunk(chunk));
+        benchmark::DoNotOptimize(decodeChunk({chunk, nullptr}));
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(chunk.size()));
 }

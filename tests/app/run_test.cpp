@@ -105,7 +105,7 @@ TEST_F(Run, JobsOfARunAreHandledInTheirOrderAlsoAfterItsEnd) {
     const auto readable = helper()->readable;
     helper()->print("before\n");
     helper()->exit(0);
-    readable("after\n");
+    readable({"after\n", nullptr});
     queue->run();
     EXPECT_TRUE(controls.logView.text.ends_with("before\nProcess exited with code 0.\nafter\n"));
     EXPECT_EQ(delegate->taskOutput().back(), "after\n");

@@ -288,7 +288,7 @@ TEST(HelperProcess, CallbacksAreDestroyedAfterTheRunAndAfterARefusedLaunch) {
         const auto process = PosixHelperProcesses().make(path, {"print", "10"});
         auto owned = std::make_shared<int>(1);
         const std::weak_ptr watched = owned;
-        process->setReadabilityHandler([owned, process](std::string_view) {});
+        process->setReadabilityHandler([owned, process](const SharedBytes&) {});
         process->setTerminationHandler([process, watched] { EXPECT_FALSE(watched.expired()); });
         owned.reset();
         EXPECT_EQ(process->launch().has_value(), path != helper);
@@ -299,7 +299,7 @@ TEST(HelperProcess, CallbacksAreDestroyedAfterTheRunAndAfterARefusedLaunch) {
 TEST(HelperProcess, ACallbackMayRemoveItself) {
     RecordedRun run(helper, {"print", "200000"});
     std::atomic<int> calls{0};
-    run.process->setReadabilityHandler([&calls, &run](std::string_view) {
+    run.process->setReadabilityHandler([&calls, &run](const SharedBytes&) {
         ++calls;
         run.process->setReadabilityHandler({});
     });

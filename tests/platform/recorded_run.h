@@ -22,10 +22,10 @@ class RecordedRun final {
     RecordedRun(std::string path, std::vector<std::string> arguments,
                 PosixHelperProcesses processes = PosixHelperProcesses())
         : process(processes.make(std::move(path), std::move(arguments))) {
-        process->setReadabilityHandler([state = state_](std::string_view bytes) {
+        process->setReadabilityHandler([state = state_](const SharedBytes& bytes) {
             const std::lock_guard lock(state->mutex);
-            state->text += bytes;
-            ++(bytes.empty() ? state->ends : state->chunks);
+            state->text += bytes.view;
+            ++(bytes.view.empty() ? state->ends : state->chunks);
             state->afterExit = state->afterExit || state->exits > 0;
             state->changed.notify_all();
         });

@@ -93,7 +93,8 @@ class FakeProcess final : public HelperProcess {
     /// What the system would do, on its own thread.
     void print(std::string_view bytes) {
         const auto handler = readable;
-        if (handler) handler(bytes);
+        const auto owned = std::make_shared<const std::string>(bytes);
+        if (handler) handler({*owned, owned});
     }
     void exit(std::int32_t exitStatus) {
         status = exitStatus;
