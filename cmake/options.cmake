@@ -18,6 +18,7 @@ if(OXLADE_SANITIZE)
   endif()
   add_compile_options(-fsanitize=${OXLADE_SANITIZE} -fno-omit-frame-pointer
                       -fno-sanitize-recover=all)
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)
   add_link_options(-fsanitize=${OXLADE_SANITIZE})
 endif()
 

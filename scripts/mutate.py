@@ -115,7 +115,8 @@ class Tree:
         linker = '-fuse-ld=lld' if shutil.which('ld.lld') else ''
         subprocess.run(['cmake', '-S', folder, '-B', self.build, '-G', 'Ninja',
                         '-DCMAKE_BUILD_TYPE=None', f'-DCMAKE_EXE_LINKER_FLAGS={linker}',
-                        f'-DCMAKE_CXX_FLAGS=-O0 -w -DOXLADE_TEST_PATIENCE={PATIENCE_SECONDS}'],
+                        '-DCMAKE_CXX_FLAGS=-O0 -w -D_GLIBCXX_ASSERTIONS '
+                        f'-DOXLADE_TEST_PATIENCE={PATIENCE_SECONDS}'],
                        check=True, env=self.environment, stdout=subprocess.DEVNULL)
         print(f'building {" ".join(targets)}', file=sys.stderr)
         if not self.compiles(*targets):

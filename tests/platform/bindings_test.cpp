@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
@@ -162,7 +163,7 @@ TEST(PosixFileSystem, TheHeadIsWhatAFileBeginsWith) {
                             "cd",
                             6);
     const auto file = folder.file("file", bytes);
-    for (const std::size_t limit : {0u, 1u, 4u, 6u, 100u})
+    for (const std::size_t limit : {0UL, 1UL, 4UL, 6UL, 100UL, SIZE_MAX})
         EXPECT_EQ(files.head(file, limit), bytes.substr(0, limit));
     const auto pipe = folder.path("pipe"); // opening it would block
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
