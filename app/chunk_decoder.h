@@ -11,10 +11,9 @@ namespace oxlade {
 /// U+10FFFF, no character cut at either end. Empty input is UTF-8.
 bool isUtf8(std::string_view bytes);
 
-/// Decodes one chunk of the helper's output and returns it as UTF-8, without a copy if it is
-/// UTF-8 already. A chunk that is not
-/// UTF-8 as a whole is decoded as Latin-1 as a whole, also one that merely ends inside a
-/// character: no bytes are carried over to the next chunk.
+/// Decodes one chunk of the helper's output and returns it as UTF-8; the same bytes if they
+/// are UTF-8. A chunk that is not UTF-8 as a whole is decoded as Latin-1 as a whole, also one
+/// that merely ends inside a character: no bytes are carried over to the next chunk.
 ///
 /// The result is empty only for empty input: UTF-8 is returned byte for byte, and each
 /// Latin-1 byte becomes one character. So there is no second attempt for a chunk that

@@ -37,6 +37,7 @@ TESTS = {
     'keeper/process_end': RUNS, 'platform/child_process': RUNS, 'platform/descriptor': RUNS,
     'platform/helper_process': RUNS,
     'platform/main_queue': ('platform_test', 'MainQueue*'),
+    'platform/output_buffer': ('platform_test', 'OutputBuffer*:HelperProcess.AChunkIsAll*'),
     'platform/bundle': ('platform_test', '*Bundle*'),
     'platform/file_system': ('platform_test', 'PosixFileSystem*:UserDefaults*'),
     'platform/user_environment': ('platform_test', 'UserDefaults*:PreferredLanguages*'),

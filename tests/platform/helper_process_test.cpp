@@ -57,12 +57,25 @@ void expectWholeRuns(int count, const std::string& keeper) {
     }
 }
 
+void expectARunBeyondTheEndOfTheOutput() {
+    const TemporaryFolder folder;
+    RecordedRun run(helper, {"close", folder.file("lock")});
+    ASSERT_EQ(run.process->launch(), std::nullopt);
+    EXPECT_TRUE(run.waitForEnd());
+    EXPECT_EQ(run.exits(), 0);
+    folder.remove("lock");
+    EXPECT_TRUE(run.waitForExit());
+    EXPECT_EQ(run.process->terminationStatus(), 9);
+    EXPECT_EQ(run.ends(), 1);
+}
+
 TEST(HelperProcess, AllThatTheHelperWroteComesBeforeItsExit) { expectWholeRuns(250, ""); }
 
 TEST(HelperProcess, WithoutPidfdsRunsAreTheSame) {
     std::thread([] {
         ASSERT_TRUE(forbidPidfds());
         expectWholeRuns(20, OXLADE_KEEPER);
+        expectARunBeyondTheEndOfTheOutput();
         EXPECT_EQ(shellStatus("kill -9 $$"), SIGKILL);
         const TemporaryFolder folder;
         EXPECT_EQ(statusOf({"child", folder.file("lock"), "1000"}), 5);
@@ -123,15 +136,7 @@ TEST(HelperProcess, AfterTheExitAGrandchildCanWriteMoreThanThePipeHolds) {
 }
 
 TEST(HelperProcess, AHelperThatClosesItsOutputRunsOnUntilItExits) {
-    const TemporaryFolder folder;
-    RecordedRun run(helper, {"close", folder.file("lock")});
-    ASSERT_EQ(run.process->launch(), std::nullopt);
-    EXPECT_TRUE(run.waitForEnd());
-    EXPECT_EQ(run.exits(), 0);
-    folder.remove("lock");
-    EXPECT_TRUE(run.waitForExit());
-    EXPECT_EQ(run.process->terminationStatus(), 9);
-    EXPECT_EQ(run.ends(), 1);
+    expectARunBeyondTheEndOfTheOutput();
 }
 
 TEST(HelperProcess, ArgumentsReachTheHelperByteForByte) {
