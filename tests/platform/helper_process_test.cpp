@@ -218,6 +218,7 @@ TEST(HelperProcess, TheTerminalStopsProgramsThatWeStartButNotUs) {
     const pid_t process = fork();
     if (process == 0) {
         std::signal(SIGPIPE, SIG_DFL);
+        setpgid(0, 0); // ours may be orphaned, which a terminal does not stop
         const PosixHelperProcesses processes;
         for (const int signal : {SIGTSTP, SIGTTIN, SIGTTOU}) raise(signal);
         dup2(output->second.get(), 1);
@@ -291,13 +292,15 @@ TEST(HelperProcess, WithTooFewDescriptorsALaunchIsRefusedOrRuns) {
 TEST(HelperProcess, CallbacksAreDestroyedAfterTheRunAndAfterARefusedLaunch) {
     for (const std::string& path : {helper, std::string("/missing")}) {
         const auto process = PosixHelperProcesses().make(path, {"print", "10"});
-        auto owned = std::make_shared<int>(1);
-        const std::weak_ptr watched = owned;
-        process->setReadabilityHandler([owned, process](const SharedBytes&) {});
-        process->setTerminationHandler([process, watched] { EXPECT_FALSE(watched.expired()); });
-        owned.reset();
+        auto first = std::make_shared<int>(1), second = std::make_shared<int>(2);
+        const std::weak_ptr readable = first, terminated = second;
+        process->setReadabilityHandler([first, process](const SharedBytes&) {});
+        process->setTerminationHandler(
+            [second, process, readable] { EXPECT_FALSE(readable.expired()); });
+        first.reset();
+        second.reset();
         EXPECT_EQ(process->launch().has_value(), path != helper);
-        EXPECT_TRUE(eventually([&] { return watched.expired(); })) << path;
+        EXPECT_TRUE(eventually([&] { return readable.expired() && terminated.expired(); })) << path;
     }
 }
 
