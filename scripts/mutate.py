@@ -30,7 +30,7 @@ SOURCES = {'.h', '.cpp'}
 RULES = ('controller_test', '*')
 RUNS = ('platform_test', 'Process*:Spawn*:HelperProcess.*:*Keeper*:ProgramTest.*:*SleepLock*:'
                          'Descriptor*:Standard*')
-KEEPER = ('platform_test', '*Keeper*:ProgramTest.*')
+KEEPER = ('platform_test', '*Keeper*:ProgramTest.*:HelperProcess.WithTooFew*')
 TESTS = {
     'app/': RULES, 'firmware/': RULES, 'i18n/': RULES, 'interfaces/path_names': RULES,
     'interfaces/keeper_protocol': KEEPER, 'keeper/main': KEEPER, 'platform/keeper': KEEPER,
