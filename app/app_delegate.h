@@ -81,7 +81,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     /// Starts a helper run; ignored during a run. Each run ends in handleTaskFinished,
     /// which is called at once if the helper cannot be launched.
     void runLoaderWithArguments(std::vector<std::string> arguments, const HelperMode& mode);
-    /// Takes one decoded chunk of the helper's output.
+    /// Takes a decoded chunk of the helper's output, or whole lines of a long one.
     void handleTaskOutput(std::string_view text);
     /// Applies the reports in one chunk, whose carriage returns are line feeds already.
     void parseProgressFromText(std::string_view text);

@@ -10,7 +10,7 @@ namespace oxlade::test {
 
 namespace {
 
-SharedBytes put(OutputBuffer& buffer, std::string_view bytes, std::size_t room) {
+SharedBytes passOn(OutputBuffer& buffer, std::string_view bytes, std::size_t room) {
     std::copy(bytes.begin(), bytes.end(), buffer.room(room));
     return buffer.take(bytes.size());
 }
@@ -19,17 +19,17 @@ SharedBytes put(OutputBuffer& buffer, std::string_view bytes, std::size_t room) 
 
 TEST(OutputBuffer, WhatWasTakenStaysAsItIsAlsoWithoutTheBuffer) {
     std::vector<SharedBytes> taken;
-    std::vector<std::string> put;
+    std::vector<std::string> expected;
     {
         OutputBuffer buffer;
         for (std::size_t i = 0; i < 300; ++i) {
             // Rooms of any size, more than a block of either size has among them.
             const std::size_t room = i % 100 == 99 ? 3'000'000 : 1 + i * 997;
-            put.emplace_back(i % 3 == 0 ? room : room / 2, static_cast<char>('a' + i % 26));
-            taken.push_back(test::put(buffer, put.back(), room));
+            expected.emplace_back(i % 3 == 0 ? room : room / 2, static_cast<char>('a' + i % 26));
+            taken.push_back(passOn(buffer, expected.back(), room));
         }
     }
-    for (std::size_t i = 0; i < put.size(); ++i) EXPECT_TRUE(taken[i].view == put[i]) << i;
+    for (std::size_t i = 0; i < taken.size(); ++i) EXPECT_TRUE(taken[i].view == expected[i]) << i;
 }
 
 TEST(OutputBuffer, RoomThatWasNotTakenIsGivenAgain) {
@@ -43,10 +43,10 @@ TEST(OutputBuffer, RoomThatWasNotTakenIsGivenAgain) {
 
 TEST(OutputBuffer, ABlockIsFreedWithTheLastOfItsBytes) {
     OutputBuffer buffer;
-    auto first = put(buffer, "first", 10);
-    auto second = put(buffer, "second", 10);
+    auto first = passOn(buffer, "first", 10);
+    auto second = passOn(buffer, "second", 10);
     const std::weak_ptr block{first.owner};
-    put(buffer, "", 1'000'000); // the buffer goes on with another block
+    passOn(buffer, "", 1'000'000); // the buffer goes on with another block
     first = {};
     EXPECT_FALSE(block.expired());
     second = {};
