@@ -58,6 +58,26 @@ TEST_F(KeeperTest, IsGivenAPidfdAndEndsWhenTheRunIsOverWhileTheHelperLives) {
     helper.kill();
 }
 
+TEST_F(KeeperTest, IsToldTheNumberOfAHelperWithoutAPidfd) {
+    const auto pipe = makePipe(); // never at its end: the keeper needs the number
+    pid_t number = 0;
+    std::thread([&] {
+        ASSERT_TRUE(forbidPidfds());
+        ChildProcess helper;
+        ASSERT_EQ(spawn({helper_, {"until-gone", lock_}, nullptr, &null_, &null_}, helper), 0);
+        {
+            auto keeper = Keeper::start(keeper_, pipe->first);
+            number = keeper.process().number();
+            keeper.watch(helper);
+        } // as when the program ends in mid-run
+        helper.kill();
+    }).join();
+    ASSERT_GT(number, 0);
+    EXPECT_TRUE(keeperHasGone());
+    kill(number, SIGKILL);
+    EXPECT_EQ(waitpid(number, nullptr, 0), number);
+}
+
 TEST_F(KeeperTest, AMessageToADeadKeeperSendsNoSignal) {
     const auto pipe = makePipe();
     const pid_t process = fork();
