@@ -9,18 +9,25 @@
 namespace oxlade {
 namespace {
 
-/// The texts that depend on the language alone: a control, and its key in the string table.
-constexpr std::pair<Label * Controls::*, std::string_view> fixedLabels[] = {
-    {&Controls::subtitleLabel, "subtitle"},
-    {&Controls::deviceCaptionLabel, "device.caption"},
-    {&Controls::firmwareCaptionLabel, "firmware.caption"},
-    {&Controls::logCaptionLabel, "log.caption"},
+/// A control whose text depends on the language alone. The entry is looked up once: a refresh of
+/// all texts follows each line that reports progress.
+template <class Control>
+struct FixedText {
+    Control* Controls::*control;
+    const Translation* translation;
 };
-constexpr std::pair<Button * Controls::*, std::string_view> fixedTitles[] = {
-    {&Controls::checkButton, "button.check"},
-    {&Controls::builtinButton, "button.bundled"},
-    {&Controls::chooseButton, "button.choose"},
-    {&Controls::installButton, "button.install"},
+
+const FixedText<Label> fixedLabels[] = {
+    {&Controls::subtitleLabel, translationOf("subtitle")},
+    {&Controls::deviceCaptionLabel, translationOf("device.caption")},
+    {&Controls::firmwareCaptionLabel, translationOf("firmware.caption")},
+    {&Controls::logCaptionLabel, translationOf("log.caption")},
+};
+const FixedText<Button> fixedTitles[] = {
+    {&Controls::checkButton, translationOf("button.check")},
+    {&Controls::builtinButton, translationOf("button.bundled")},
+    {&Controls::chooseButton, translationOf("button.choose")},
+    {&Controls::installButton, translationOf("button.install")},
 };
 
 } // namespace
@@ -95,8 +102,10 @@ void AppDelegate::refreshTexts() {
 
 void AppDelegate::show(const WindowTexts& texts) {
     const Controls& controls = *controls_;
-    for (const auto& [label, key] : fixedLabels) (controls.*label)->setStringValue(L(key));
-    for (const auto& [button, key] : fixedTitles) (controls.*button)->setTitle(L(key));
+    for (const auto& [label, translation] : fixedLabels)
+        (controls.*label)->setStringValue(textOf(*translation));
+    for (const auto& [button, translation] : fixedTitles)
+        (controls.*button)->setTitle(textOf(*translation));
     if (texts.deviceStatus) controls.deviceStatusLabel->setStringValue(*texts.deviceStatus);
     if (texts.deviceDetail) controls.deviceDetailLabel->setStringValue(*texts.deviceDetail);
     controls.deviceStatusDot->setBackgroundColor(texts.deviceDot);

@@ -1,6 +1,5 @@
 #include "i18n/string_table.h"
 
-#include <span>
 #include <unordered_map>
 
 namespace oxlade {
@@ -194,15 +193,23 @@ std::int64_t languageAtStart(const std::optional<std::string>& stored,
 
 std::span<const Translation, translationCount> translations() { return Translations; }
 
-std::string_view L(std::string_view key) {
-    static const auto textsOfKey = [] {
-        std::unordered_map<std::string_view, std::span<const std::string_view>> texts;
-        for (const auto& entry : Translations) texts.emplace(entry.key, entry.texts);
-        return texts;
+const Translation* translationOf(std::string_view key) {
+    static const auto translationOfKey = [] {
+        std::unordered_map<std::string_view, const Translation*> entries;
+        for (const auto& each : Translations) entries.emplace(each.key, &each);
+        return entries;
     }();
-    const auto found = textsOfKey.find(key);
-    if (found == textsOfKey.end()) return key;
-    return found->second[static_cast<std::size_t>(CurrentLanguage)];
+    const auto found = translationOfKey.find(key);
+    return found == translationOfKey.end() ? nullptr : found->second;
+}
+
+std::string_view textOf(const Translation& translation) {
+    return translation.texts[static_cast<std::size_t>(CurrentLanguage)];
+}
+
+std::string_view L(std::string_view key) {
+    const auto* const translation = translationOf(key);
+    return translation == nullptr ? key : textOf(*translation);
 }
 
 std::string filled(std::string_view textTemplate, std::string_view value) {

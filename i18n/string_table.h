@@ -35,8 +35,14 @@ inline constexpr std::size_t translationCount = 47;
 /// The table, sorted by key. Any thread.
 std::span<const Translation, translationCount> translations();
 
+/// The entry of `key` in the table, null for an unknown key. Keys match exactly. Any thread.
+const Translation* translationOf(std::string_view key);
+
+/// In the current language. Main thread.
+std::string_view textOf(const Translation& translation);
+
 /// The text of `key` in the current language. Returns an unknown key itself, and a null
-/// view for a null view. Keys match exactly. The texts of the table have static lifetime.
+/// view for a null view. The texts of the table have static lifetime.
 /// Main thread.
 std::string_view L(std::string_view key);
 
