@@ -52,7 +52,7 @@ class ProgramTest : public KeeperTest {
         if (program_ == 0) {
             if (processes >= 0 && !allowProcesses(processes)) _exit(126);
             if (!ending.hasPidfds && !forbidPidfds()) _exit(126);
-            for (const int each : {SIGINT, SIGQUIT}) // which a shell's background jobs ignore
+            for (const int each : {SIGHUP, SIGINT, SIGQUIT}) // ignored by nohup, background jobs
                 std::signal(each, SIG_DFL);
             runProgram(ending, std::move(arguments), std::move(lock), output->second);
             std::exit(0);
