@@ -58,7 +58,7 @@ TEST_F(KeeperTest, IsGivenAPidfdAndEndsWhenTheRunIsOverWhileTheHelperLives) {
     helper.kill();
 }
 
-TEST_F(KeeperTest, IsToldTheNumberOfAHelperWithoutAPidfd) {
+TEST_F(KeeperTest, PollsForTheEndOfASilentHelperByItsNumberWithoutAPidfd) {
     const auto pipe = makePipe(); // never at its end: the keeper needs the number
     pid_t number = 0;
     std::thread([&] {
@@ -70,6 +70,9 @@ TEST_F(KeeperTest, IsToldTheNumberOfAHelperWithoutAPidfd) {
             number = keeper.process().number();
             keeper.watch(helper);
         } // as when the program ends in mid-run
+        const auto sleeps = sleepsOf(number);
+        EXPECT_TRUE(eventually([&] { return sleepsOf(number) >= sleeps + 2; }))
+            << "it has polled once and begun to again";
         helper.kill();
     }).join();
     ASSERT_GT(number, 0);

@@ -44,6 +44,15 @@ inline char stateOf(pid_t process) {
     return nameEnd == line.npos ? '\0' : line.at(nameEnd + 2);
 }
 
+/// How often the process has slept, as while it polls; 0 when there is no such process.
+inline long sleepsOf(pid_t process) {
+    std::ifstream file(inProc(process, "status"));
+    const std::string name = "voluntary_ctxt_switches:";
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with(name)) return std::stol(line.substr(name.size()));
+    return 0;
+}
+
 inline std::size_t countOf(pid_t process, const std::string& folder) {
     const std::filesystem::directory_iterator all(inProc(process, folder));
     return static_cast<std::size_t>(std::distance(begin(all), end(all)));
