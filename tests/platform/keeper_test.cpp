@@ -228,6 +228,12 @@ class KeeperAlone : public KeeperTest {
 
 TEST_F(KeeperAlone, WithoutTheHelpersNumberReadsUntilNobodyCanWrite) {
     lifeline_.reset();
+    EXPECT_EQ(write(writeEnd_.get(), "x", 1), 1);
+    EXPECT_TRUE(eventually([this] {
+        int unread = 0;
+        return ioctl(readEnd_.get(), FIONREAD, &unread) == 0 && unread == 0;
+    }));
+    readEnd_.reset();                     // the keeper is the only reader
     const std::string flood(200000, 'x'); // more than the pipe holds
     EXPECT_EQ(write(writeEnd_.get(), flood.data(), flood.size()), ssize_t{200000});
     EXPECT_FALSE(process_.reapIfEnded());
