@@ -72,7 +72,7 @@ TEST_F(KeeperTest, PollsForTheEndOfASilentHelperByItsNumberWithoutAPidfd) {
         } // as when the program ends in mid-run
         const auto sleeps = sleepsOf(number);
         EXPECT_TRUE(eventually([&] { return sleepsOf(number) >= sleeps + 2; }))
-            << "it has polled once and begun to again";
+            << "a poll should have timed out";
         helper.kill();
     }).join();
     ASSERT_GT(number, 0);
