@@ -38,12 +38,11 @@ std::span<const Translation, translationCount> translations();
 /// The entry of `key` in the table, null for an unknown key. Keys match exactly. Any thread.
 const Translation* translationOf(std::string_view key);
 
-/// In the current language. Main thread.
+/// The text of the entry in the current language; it has static lifetime. Main thread.
 std::string_view textOf(const Translation& translation);
 
 /// The text of `key` in the current language. Returns an unknown key itself, and a null
-/// view for a null view. The texts of the table have static lifetime.
-/// Main thread.
+/// view for a null view. Main thread.
 std::string_view L(std::string_view key);
 
 /// `textTemplate` with its placeholder, %@ or %d, replaced by `value`. Placeholders in

@@ -233,7 +233,8 @@ TEST_F(KeeperAlone, WithoutTheHelpersNumberReadsUntilNobodyCanWrite) {
         int unread = 0;
         return ioctl(readEnd_.get(), FIONREAD, &unread) == 0 && unread == 0;
     }));
-    readEnd_.reset();                     // the keeper is the only reader
+    readEnd_.reset(); // the keeper is the only reader
+
     const std::string flood(200000, 'x'); // more than the pipe holds
     EXPECT_EQ(write(writeEnd_.get(), flood.data(), flood.size()), ssize_t{200000});
     EXPECT_FALSE(process_.reapIfEnded());
