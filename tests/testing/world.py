@@ -131,9 +131,11 @@ class World:
     def _start_window_manager(self) -> None:
         configuration = self.folder / "openbox.xml"
         configuration.write_text(_WINDOW_MANAGER_CONFIGURATION, encoding="utf-8")
-        self._start(["openbox", "--sm-disable", "--config-file", str(configuration)])
-        wait_until(lambda: "window id" in self.ask(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]),
-                   "the window manager")
+        # It claims the screen before it manages windows, and runs this command after that.
+        ready = self.folder / "window-manager-is-ready"
+        self._start(["openbox", "--sm-disable", "--config-file", str(configuration),
+                     "--startup", f"touch {ready}"])
+        wait_until(ready.exists, "the window manager")
 
     def ask(self, command: list[str]) -> str:
         """What a command prints in this world; empty if it fails."""
