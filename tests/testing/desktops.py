@@ -39,10 +39,6 @@ class Desktop(World):
         wait_until(lambda: "window id" in self.ask(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]),
                    "the window manager")
 
-    def run(self, *command: str) -> None:
-        subprocess.run(command, env=self.environment, check=True, timeout=60,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
     def connect(self) -> Gio.DBusConnection:
         return Gio.DBusConnection.new_for_address_sync(
             self.environment["DBUS_SESSION_BUS_ADDRESS"],

@@ -17,6 +17,10 @@ class Screen:
     def _xdotool(self, *arguments: str) -> str:
         return self._world.ask(["xdotool", *arguments])
 
+    def _do(self, *arguments: str) -> None:
+        """What a user does, and a test relies on."""
+        self._world.run("xdotool", *arguments)
+
     # Windows
 
     def main_window(self, pid: int) -> str:
@@ -34,7 +38,7 @@ class Screen:
 
     def activate(self, window: str) -> None:
         """As a task bar does, for a minimised window, too."""
-        self._xdotool("windowactivate", window)
+        self._do("windowactivate", window)
 
     def size(self, window: str) -> tuple[int, int, int, int]:
         """x, y, width and height without the frame; zeros if there is no such window."""
@@ -51,20 +55,20 @@ class Screen:
 
     def key(self, *keys: str) -> None:
         """Presses and releases, one after the other: key("alt+F4")."""
-        self._xdotool("key", "--clearmodifiers", *keys)
+        self._do("key", "--clearmodifiers", *keys)
 
     def hold(self, key: str) -> None:
         """Presses it, with auto-repeat, which is off otherwise: a busy machine may take
         long to release a key."""
-        self._world.ask(["xset", "r", "on", "r", "rate", "200", "30"])
-        self._xdotool("keydown", key)
+        self._world.run("xset", "r", "on", "r", "rate", "200", "30")
+        self._do("keydown", key)
 
     def release(self, key: str) -> None:
-        self._xdotool("keyup", key)
-        self._world.ask(["xset", "r", "off"])
+        self._do("keyup", key)
+        self._world.run("xset", "r", "off")
 
     def click(self, x: int, y: int) -> None:
-        self._xdotool("mousemove", str(x), str(y), "click", "1")
+        self._do("mousemove", str(x), str(y), "click", "1")
 
     def drag(self, x: int, y: int, by_x: int, by_y: int,
              begun: Callable[[], bool] = lambda: True,
@@ -75,10 +79,10 @@ class Screen:
 
         def move_to(step: int) -> bool:
             for beside in (1, 0):  # the second is always a movement
-                self._xdotool("mousemove", str(x + by_x * step // steps - beside),
-                              str(y + by_y * step // steps))
+                self._do("mousemove", str(x + by_x * step // steps - beside),
+                         str(y + by_y * step // steps))
             return True
-        self._xdotool("mousemove", str(x), str(y), "mousedown", "1")
+        self._do("mousemove", str(x), str(y), "mousedown", "1")
         try:
             wait_until(lambda: move_to(1) and begun(), "the drag to begin")
             for step in range(2, steps):
@@ -86,11 +90,11 @@ class Screen:
             wait_until(lambda: move_to(steps) and arrived(), "the dragged window to arrive",
                        explain=lambda: self._xdotool("getactivewindow", "getwindowgeometry"))
         finally:
-            self._xdotool("mouseup", "1")
+            self._do("mouseup", "1")
 
     def point_away(self) -> None:
         """Moves the mouse to where no control is."""
-        self._xdotool("mousemove", "0", "0")
+        self._do("mousemove", "0", "0")
 
     # Pictures
 

@@ -143,6 +143,14 @@ class World:
                                 timeout=60, check=False)
         return result.stdout if result.returncode == 0 else ""
 
+    def run(self, *command: str) -> None:
+        """Runs a command that must succeed."""
+        result = subprocess.run(command, env=self.environment, capture_output=True, text=True,
+                                timeout=60, check=False)
+        if result.returncode != 0:
+            raise RuntimeError(
+                f"{' '.join(command)}: status {result.returncode}\n{result.stderr}")
+
     def sanitizer_reports(self) -> str:
         """What sanitizers reported of any program here since the last call."""
         texts = []
