@@ -34,6 +34,20 @@ def children(parent: int) -> list[int]:
     return found
 
 
+def threads(pid: int) -> str:
+    """Each thread's name, state and, if it sleeps, the number and arguments of its system
+    call and the place in the kernel: where a process hangs."""
+    lines = []
+    for task in sorted(Path(f"/proc/{pid}/task").glob("*")):
+        try:
+            facts = [(task / name).read_text(encoding="utf-8", errors="replace").strip()
+                     for name in ("comm", "syscall", "wchan")]
+        except OSError:
+            continue
+        lines.append(f"{task.name} {state(int(task.name))} {' '.join(facts)}")
+    return "\n".join(lines)
+
+
 def has_open(pid: int, target: str) -> bool:
     """Whether one of its descriptors links to `target`, such as "pipe:[123]"."""
     try:

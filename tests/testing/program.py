@@ -1,18 +1,20 @@
 """UI test driver: one start of the program, what it shows, and what a user does."""
 from __future__ import annotations
 
+import signal
 import subprocess
 from collections.abc import Callable
 from functools import cached_property
 from pathlib import Path
 from typing import TypeVar
 
+from . import processes
 from .accessibility import Element
 from .bundle import Bundle
 from .sampler import Sampler
 from .screen import Screen
 from .texts import EN, RU, Texts
-from .waiting import Gone, wait_until
+from .waiting import PATIENCE, Gone, wait_until
 from .world import World
 
 T = TypeVar("T")
@@ -166,10 +168,21 @@ class Program:
 
     def wait_for_end(self) -> int:
         """Its exit status; its output goes to the test's output if that is not 0."""
-        wait_until(lambda: self.process.poll() is not None, "the program's end")
+        wait_until(lambda: self.process.poll() is not None, "the program's end", self._hang)
         if self.process.returncode != 0:
             print(self._log.read_text(encoding="utf-8", errors="replace"))
         return self.process.returncode
+
+    def _hang(self) -> str:
+        """Where a program is that should have ended. Kills it: a sanitizer tells its stack."""
+        facts = [self._state(), processes.threads(self.pid),
+                 f"active window: {self.screen.active_window()}"]
+        self.process.send_signal(signal.SIGSEGV)
+        try:
+            self.process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            facts.append("SIGSEGV does not end it")
+        return "\n".join([*facts, self.world.sanitizer_reports()])
 
     # What a user does
 
