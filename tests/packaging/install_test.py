@@ -70,6 +70,17 @@ class InstallTest(Packager):
             self.assertFalse(helper.is_symlink())
             self.assertEqual(helper.read_bytes(), self.helper_file.read_bytes())
 
+    def test_a_file_is_also_replaced_by_one_of_the_same_time(self) -> None:
+        installed = {self.helper_file: "MacOS/oxlade", self.image_file: IMAGE}
+        self.install_for(OXLADE_HELPER=self.helper_file, OXLADE_FIRMWARE=self.image_file)
+        for file in installed:
+            times = file.stat()
+            file.write_bytes(file.read_bytes()[::-1])
+            os.utime(file, ns=(times.st_atime_ns, times.st_mtime_ns))
+        self.succeeds(self.install())
+        for file, name in installed.items():
+            self.assertEqual((self.installed / name).read_bytes(), file.read_bytes(), name)
+
     def test_everybody_can_use_what_is_installed_and_only_its_owner_can_change_it(self) -> None:
         self.install_for(OXLADE_HELPER=self.helper_file, OXLADE_FIRMWARE=self.image_file)
         top = self.installed.parents[1]
