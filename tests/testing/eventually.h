@@ -11,16 +11,18 @@ namespace oxlade::test {
 #endif
 inline constexpr auto deadline = std::chrono::seconds(OXLADE_TEST_PATIENCE);
 
-/// Tests the condition until it holds, with a pause between two tests; false when the
-/// deadline has passed. `pause` may run an event loop.
+/// Tests the condition until it holds, with a pause between two tests; false when it does not
+/// hold after the deadline. `pause` may run an event loop.
 template <typename Condition, typename Pause>
 bool eventually(Condition condition, Pause pause) {
     const auto end = std::chrono::steady_clock::now() + deadline;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) return false;
+    while (true) {
+        // Asked first: however long this process is held up, the last test comes after that.
+        const bool isLast = std::chrono::steady_clock::now() > end;
+        if (condition()) return true;
+        if (isLast) return false;
         pause();
     }
-    return true;
 }
 
 template <typename Condition>

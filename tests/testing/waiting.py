@@ -32,6 +32,8 @@ def wait_until(condition: Callable[[], T], what: str, explain: Callable[[], str]
     explain() go into the message of TimedOut. Gone counts as false."""
     end = time.monotonic() + deadline
     while True:
+        # Asked first: however long this process is held up, the last test comes after that.
+        is_last = time.monotonic() > end
         pump()
         try:
             value = condition()
@@ -39,6 +41,6 @@ def wait_until(condition: Callable[[], T], what: str, explain: Callable[[], str]
             value = None
         if value:
             return value
-        if time.monotonic() > end:
+        if is_last:
             raise TimedOut(f"waited {deadline:g} s for {what}\n{explain()}".rstrip())
         time.sleep(_INTERVAL)
