@@ -35,8 +35,8 @@ def children(parent: int) -> list[int]:
 
 
 def threads(pid: int) -> str:
-    """Each thread's name, state and, if it sleeps, the number and arguments of its system
-    call and the place in the kernel: where a process hangs."""
+    """Where a process hangs. A line for each thread: its number, state and name, the number and
+    arguments of its system call if it sleeps, and the kernel function it waits in."""
     lines = []
     for task in sorted(Path(f"/proc/{pid}/task").glob("*")):
         try:

@@ -8,6 +8,7 @@ import os
 import shutil
 import subprocess
 import tempfile
+from collections.abc import Sequence
 from functools import cached_property
 from pathlib import Path
 
@@ -139,17 +140,19 @@ class World:
 
     def ask(self, command: list[str]) -> str:
         """What a command prints in this world; empty if it fails."""
-        result = subprocess.run(command, env=self.environment, capture_output=True, text=True,
-                                timeout=60, check=False)
+        result = self._result_of(command)
         return result.stdout if result.returncode == 0 else ""
 
     def run(self, *command: str) -> None:
         """Runs a command that must succeed."""
-        result = subprocess.run(command, env=self.environment, capture_output=True, text=True,
-                                timeout=60, check=False)
+        result = self._result_of(command)
         if result.returncode != 0:
             raise RuntimeError(
                 f"{' '.join(command)}: status {result.returncode}\n{result.stderr}")
+
+    def _result_of(self, command: Sequence[str]) -> subprocess.CompletedProcess[str]:
+        return subprocess.run(command, env=self.environment, capture_output=True, text=True,
+                              timeout=60, check=False)
 
     def sanitizer_reports(self) -> str:
         """What sanitizers reported of any program here since the last call."""
